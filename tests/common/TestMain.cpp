@@ -1,0 +1,50 @@
+// The main of every test binary: offscreen widgets, a private runtime folder, a fixed
+// application font, and the listener that checks for unexpected errors after each test.
+
+#include "tests/common/TestSupport.h"
+
+#include <QApplication>
+#include <QFont>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+
+namespace {
+
+class ErrorListener : public ::testing::EmptyTestEventListener
+{
+    void OnTestStart(const ::testing::TestInfo&) override { vxtest::BeginTest(); }
+    void OnTestEnd(const ::testing::TestInfo&) override { vxtest::EndTest(); }
+};
+
+} // namespace
+
+// Sanitizer builds: Qt's platform plug-in and fontconfig keep process-lifetime allocations that
+// the leak checker would report at exit.
+extern "C" const char* __lsan_default_suppressions()
+{
+    return "leak:libqoffscreen\nleak:libfontconfig\nleak:libQt5Gui\nleak:libQt5Core\n";
+}
+
+int main(int argc, char** argv)
+{
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    QTemporaryDir runtimeDir;
+    if (qEnvironmentVariableIsEmpty("XDG_RUNTIME_DIR") && runtimeDir.isValid()) {
+        QFile::setPermissions(runtimeDir.path(), QFileDevice::ReadOwner | QFileDevice::WriteOwner |
+                                                     QFileDevice::ExeOwner);
+        qputenv("XDG_RUNTIME_DIR", runtimeDir.path().toLocal8Bit());
+    }
+
+    ::testing::InitGoogleTest(&argc, argv);
+    QApplication app(argc, argv);
+    QFont font(QStringLiteral("DejaVu Sans"));
+    font.setPixelSize(12);
+    QApplication::setFont(font);
+
+    ::testing::UnitTest::GetInstance()->listeners().Append(new ErrorListener);
+    return RUN_ALL_TESTS();
+}
