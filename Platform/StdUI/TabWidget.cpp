@@ -1,5 +1,7 @@
 #include "Platform/StdUI/TabWidget.h"
 
+#include "Platform/StdUI/IconButton.h"
+
 #include "Platform/Core/Assert.h"
 #include "Platform/Core/Log.h"
 
@@ -10,6 +12,7 @@
 #include <QScopedValueRollback>
 #include <QShowEvent>
 #include <QStackedWidget>
+#include <QStyle>
 
 #include <atomic>
 #include <utility>
@@ -142,7 +145,38 @@ bool VTabBarBase::isTabDragOutEnabled() const
 void VTabBarBase::tabInserted(int index)
 {
     tabGlobalId(index);
+    if (tabsClosable())
+        installCloseButton(index);
     QTabBar::tabInserted(index);
+}
+
+void VTabBarBase::installCloseButton(int index)
+{
+    // The style's own close button draws a platform glyph that does not follow our theme.
+    const ButtonPosition side =
+        static_cast<ButtonPosition>(style()->styleHint(QStyle::SH_TabBar_CloseButtonPosition, nullptr, this));
+    QWidget* previous = tabButton(index, side);
+    if (qobject_cast<VIconButton*>(previous))
+        return;
+    auto* button = new VIconButton(IconGlyph::Close, QString(), this);
+    button->SetButtonSize(QSize(16, 16));
+    connect(button, &QAbstractButton::clicked, this, [this, button, side] {
+        for (int i = 0; i < count(); ++i) {
+            if (tabButton(i, side) == button) {
+                Q_EMIT tabCloseRequested(i);
+                return;
+            }
+        }
+    });
+    setTabButton(index, side, button);
+    if (previous)
+        previous->deleteLater();
+}
+
+void VTabBarBase::installCloseButtons()
+{
+    for (int i = 0; i < count(); ++i)
+        installCloseButton(i);
 }
 
 void VTabBarBase::tabRemoved(int index)
@@ -598,6 +632,8 @@ bool VTabWidget::isTabBarVisible() const
 void VTabWidget::setTabsClosable(bool closable)
 {
     d->bar->setTabsClosable(closable);
+    if (closable)
+        d->bar->installCloseButtons();
 }
 
 void VTabWidget::setCornerWidget(QWidget* widget)

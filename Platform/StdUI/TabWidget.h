@@ -48,11 +48,15 @@ public:
     void setTabDragOutEnabled(bool on);
     bool isTabDragOutEnabled() const;
 
+    // Closable tabs get themed close buttons (a glyph drawn in the theme's colours).
+    void installCloseButtons();
+
 Q_SIGNALS:
     void TabDragOut(int index, const QPoint& globalPos);
 
 protected:
     void tabInserted(int index) override;
+    void installCloseButton(int index);
     void tabRemoved(int index) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
