@@ -1,0 +1,133 @@
+#!/usr/bin/env python3
+"""Runs uiframe_bench and checks each benchmark against the baseline measured in the same run.
+
+Every row of RATIOS compares one measure of a benchmark with the same measure of its baseline:
+value(benchmark) / value(baseline) must not exceed the row's limit. A pair is skipped when either
+benchmark is not in the binary. Prints a table; exits 1 when a ratio is missed, 2 when the
+benchmarks cannot be run.
+
+    bench/check_ratios.py [--bench PATH] [--json FILE] [--repetitions N]
+
+To add a pair, append a row to RATIOS ("cpu_time", "real_time", or the name of a counter that
+the benchmark sets with state.counters).
+"""
+
+import argparse
+import json
+import os
+import re
+import subprocess
+import sys
+
+# (benchmark, baseline, measure, largest allowed ratio benchmark / baseline, what it stands for)
+RATIOS = [
+    ("BM_TreeRoundTrip/200", "BM_QVariantMapRoundTrip/200", "cpu_time", 1.0,
+     "state tree save+load no slower than QVariantMap"),
+    ("BM_TreeRoundTrip/200", "BM_QVariantMapRoundTrip/200", "bytes", 0.75,
+     "state tree bytes at most 3/4 of QVariantMap"),
+    ("BM_Placement/200", "BM_PlacementReference/200", "cpu_time", 1.0 / 20,
+     "placement at least 20x faster than the plain raster scan"),
+    ("BM_LinkedStockChange/200", "BM_WidgetTreeVisit/200", "cpu_time", 3.0,
+     "a linked stock change at most 3x a plain widget-tree visit"),
+]
+
+TIME_UNITS = {"ns": 1e-9, "us": 1e-6, "ms": 1e-3, "s": 1.0}
+
+
+def default_bench_path():
+    root = os.path.dirname(os.path.dirname(os.path.abspath(__file__)))
+    return os.environ.get("UIFRAME_BENCH", os.path.join(root, "build", "bin", "uiframe_bench"))
+
+
+def run_benchmarks(path, names, repetitions):
+    pattern = "^(" + "|".join(re.escape(n) for n in sorted(names)) + ")$"
+    command = [path, "--benchmark_format=json", "--benchmark_filter=" + pattern]
+    if repetitions > 1:
+        command += ["--benchmark_repetitions=%d" % repetitions, "--benchmark_report_aggregates_only=true"]
+    try:
+        result = subprocess.run(command, stdout=subprocess.PIPE, stderr=subprocess.PIPE, check=False)
+    except OSError as error:
+        print("cannot run %s: %s" % (path, error), file=sys.stderr)
+        sys.exit(2)
+    if result.returncode != 0:
+        sys.stderr.write(result.stderr.decode(errors="replace"))
+        print("%s exited with %d" % (path, result.returncode), file=sys.stderr)
+        sys.exit(2)
+    return json.loads(result.stdout.decode())
+
+
+def collect(report):
+    """name -> entry; the median when the run has repetitions, else the single run."""
+    entries = {}
+    for entry in report.get("benchmarks", []):
+        name = entry.get("run_name", entry["name"])
+        if entry.get("error_occurred"):
+            entries[name] = entry
+            continue
+        if entry.get("run_type") == "aggregate":
+            if entry.get("aggregate_name") == "median":
+                entries[name] = entry
+        elif name not in entries:
+            entries[name] = entry
+    return entries
+
+
+def measure(entry, key):
+    if key in ("cpu_time", "real_time"):
+        return float(entry[key]) * TIME_UNITS[entry.get("time_unit", "ns")]
+    if key in entry:
+        return float(entry[key])
+    return None
+
+
+def shown(value, key):
+    """Times in microseconds, counters as they are."""
+    if key in ("cpu_time", "real_time"):
+        return "%.1f us" % (value * 1e6)
+    return "%g" % value
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
+    parser.add_argument("--bench", default=default_bench_path(), help="the uiframe_bench binary")
+    parser.add_argument("--json", help="read this --benchmark_format=json output instead of running")
+    parser.add_argument("--repetitions", type=int, default=1, help="compare medians of N runs")
+    args = parser.parse_args()
+
+    names = {row[0] for row in RATIOS} | {row[1] for row in RATIOS}
+    if args.json:
+        with open(args.json) as f:
+            report = json.load(f)
+    else:
+        report = run_benchmarks(args.bench, names, args.repetitions)
+    entries = collect(report)
+
+    header = "%-26s %-30s %-9s %12s %12s %10s %8s  %s" % (
+        "benchmark", "baseline", "measure", "value", "baseline", "ratio", "limit", "result")
+    print(header)
+    print("-" * len(header))
+    missed = 0
+    for name, baseline, key, limit, meaning in RATIOS:
+        row = "%-26s %-30s %-9s" % (name, baseline, key)
+        if name not in entries or baseline not in entries:
+            print("%s %12s %12s %10s %8s  skipped (not in the binary)" % (row, "-", "-", "-", "-"))
+            continue
+        if entries[name].get("error_occurred") or entries[baseline].get("error_occurred"):
+            print("%s %12s %12s %10s %8s  MISSED: the benchmark reported an error" % (row, "-", "-", "-", "-"))
+            missed += 1
+            continue
+        value, base = measure(entries[name], key), measure(entries[baseline], key)
+        if value is None or base is None or base == 0:
+            print("%s %12s %12s %10s %8s  MISSED: no %s to compare" % (row, "-", "-", "-", "-", key))
+            missed += 1
+            continue
+        ratio = value / base
+        ok = ratio <= limit
+        missed += 0 if ok else 1
+        print("%s %12s %12s %10.4f %8.4f  %s (%s)" % (row, shown(value, key), shown(base, key), ratio, limit,
+                                                       "ok" if ok else "MISSED", meaning))
+    return 1 if missed else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
