@@ -9,9 +9,12 @@
 #include "Platform/Core/Log.h"
 #include "Platform/Core/PluginCenter.h"
 
+#include <QHash>
 #include <QPointer>
+#include <QVarLengthArray>
 #include <QWidget>
 
+#include <typeinfo>
 #include <vector>
 
 IVUIEventTypeBase::~IVUIEventTypeBase() = default;
@@ -70,9 +73,77 @@ namespace {
 
 constexpr const char* kReleasedDuringDispatch = "存在对象在事件处理中被释放的情况";
 
+// A cross cast from QWidget to the handler interface walks the object's whole class hierarchy,
+// comparing type names across libraries, and most widgets of a tree (Qt's own buttons, bars,
+// stacks) are no handlers at all. Whether the cast succeeds depends only on the dynamic type, so
+// that answer is remembered per type; the cast itself runs only for the types that are handlers.
+// Keyed by the type_info's address: a type seen through two libraries just gets two entries.
+// Dispatch runs on the main thread only.
 IVUIEventHandlerBase* AsHandler(QWidget* widget)
 {
-    return dynamic_cast<IVUIEventHandlerBase*>(widget);
+    static QHash<const void*, bool> s_isHandler;
+    const void* type = &typeid(*widget);
+    const auto it = s_isHandler.constFind(type);
+    if (it != s_isHandler.constEnd() && !it.value())
+        return nullptr;
+    IVUIEventHandlerBase* handler = dynamic_cast<IVUIEventHandlerBase*>(widget);
+    if (it == s_isHandler.constEnd())
+        s_isHandler.insert(type, handler != nullptr);
+    return handler;
+}
+
+bool HasChildWidgets(const QWidget* widget)
+{
+    for (const QObject* object : widget->children()) {
+        if (object->isWidgetType())
+            return true;
+    }
+    return false;
+}
+
+// The walk below a root that has already handled the event (or was left out). Children that are
+// neither handlers nor hold any widget cannot react: they are passed over without a guard, which
+// spares a guarded pointer per leaf widget of the tree.
+void DispatchToChildren(QWidget* root, const IVUIEventTypeBase* event, QWidget* exclude, QWidget* skip)
+{
+    struct Entry
+    {
+        QPointer<QWidget> child;
+        IVUIEventHandlerBase* handler;
+    };
+    QVarLengthArray<Entry, 16> children;
+    for (QObject* object : root->children()) {
+        if (!object->isWidgetType())
+            continue;
+        auto* child = static_cast<QWidget*>(object);
+        IVUIEventHandlerBase* handler = AsHandler(child);
+        if (!handler && !HasChildWidgets(child))
+            continue;
+        children.append(Entry{QPointer<QWidget>(child), handler});
+    }
+
+    for (const Entry& entry : children) {
+        QWidget* child = entry.child.data();
+        if (!child) {
+            VX_ASSERT_LEVEL(kReleasedDuringDispatch, core::assertion::kLevelWarning);
+            continue;
+        }
+        if (child == skip)
+            continue;
+        if (entry.handler && !entry.handler->IsContinueDispatchUIEventToAllChild()) {
+            if (child != exclude)
+                entry.handler->DirectHandleUIEvent(event);
+            continue;
+        }
+        if (entry.handler && child != exclude) {
+            entry.handler->DirectHandleUIEvent(event);
+            if (!entry.child) {
+                VX_ASSERT_LEVEL(kReleasedDuringDispatch, core::assertion::kLevelWarning);
+                continue;
+            }
+        }
+        DispatchToChildren(child, event, exclude, skip);
+    }
 }
 
 // The recursive walk; `skip` is a subtree left out entirely (a tab frame's current page, which
@@ -88,30 +159,7 @@ void DispatchToSubtree(QWidget* root, const IVUIEventTypeBase* event, QWidget* e
         VX_ASSERT_LEVEL(kReleasedDuringDispatch, core::assertion::kLevelWarning);
         return;
     }
-
-    std::vector<QPointer<QWidget>> children;
-    const QObjectList& objects = root->children();
-    children.reserve(static_cast<size_t>(objects.size()));
-    for (QObject* object : objects) {
-        if (object->isWidgetType())
-            children.emplace_back(static_cast<QWidget*>(object));
-    }
-
-    for (const QPointer<QWidget>& child : children) {
-        if (!child) {
-            VX_ASSERT_LEVEL(kReleasedDuringDispatch, core::assertion::kLevelWarning);
-            continue;
-        }
-        if (child == skip)
-            continue;
-        IVUIEventHandlerBase* handler = AsHandler(child);
-        if (handler && !handler->IsContinueDispatchUIEventToAllChild()) {
-            if (child != exclude)
-                handler->DirectHandleUIEvent(event);
-            continue;
-        }
-        DispatchToSubtree(child, event, exclude, skip);
-    }
+    DispatchToChildren(root, event, exclude, skip);
 }
 
 std::string DescribeWidget(const QWidget* widget)
