@@ -8,6 +8,7 @@
 
 #include <QObject>
 #include <QPointer>
+#include <QString>
 
 #include <functional>
 #include <memory>
@@ -17,7 +18,9 @@
 namespace core {
 
 namespace ErrorCode {
-enum class CommonErrorValue : int {
+
+enum class Code : int
+{
     Ok = 0,
     Unknown = 1,
     Cancelled = 2,
@@ -27,11 +30,26 @@ enum class CommonErrorValue : int {
     ParseError = 6,
     Timeout = 7,
 };
+
+// An error: its code and the message that explains it to a maintainer (file paths included),
+// ready to be logged.
+struct CommonErrorValue
+{
+    Code code = Code::Unknown;
+    QString message;
+
+    CommonErrorValue() = default;
+    CommonErrorValue(Code c, QString text = QString()) : code(c), message(std::move(text)) {}
+    bool operator==(const CommonErrorValue& other) const
+    {
+        return code == other.code && message == other.message;
+    }
+};
+
 } // namespace ErrorCode
 
 // Either an error code or a value.
-template <typename T, typename E = ErrorCode::CommonErrorValue>
-class ErrorOrValue
+template <typename T, typename E = ErrorCode::CommonErrorValue> class ErrorOrValue
 {
 public:
     ErrorOrValue(T value) : m_data(std::in_place_index<1>, std::move(value)) {}

@@ -22,6 +22,7 @@
 namespace {
 
 using core::ErrorOrValue;
+using core::ErrorCode::Code;
 using core::ErrorCode::CommonErrorValue;
 
 QThread* MainThread()
@@ -155,11 +156,14 @@ TEST(ComputeInThreadPoolTest, WorkReportingAnErrorReachesDoneAsAnError)
 {
     QObject guard;
     bool doneCalled = false;
-    CommonErrorValue error = CommonErrorValue::Ok;
+    CommonErrorValue error(Code::Ok);
     int fallback = 0;
 
     core::concurrency::ComputeInThreadPool<int>(
-        QPointer<QObject>(&guard), [] { return ErrorOrValue<int>(CommonErrorValue::NotFound); },
+        QPointer<QObject>(&guard),
+        [] {
+            return ErrorOrValue<int>(CommonErrorValue(Code::NotFound, QStringLiteral("no such file: /x")));
+        },
         [&](ErrorOrValue<int> value) {
             doneCalled = true;
             EXPECT_FALSE(value.HasValue());
@@ -169,7 +173,8 @@ TEST(ComputeInThreadPoolTest, WorkReportingAnErrorReachesDoneAsAnError)
         });
 
     ASSERT_TRUE(QTest::qWaitFor([&] { return doneCalled; }, 5000));
-    EXPECT_EQ(error, CommonErrorValue::NotFound);
+    EXPECT_EQ(error.code, Code::NotFound);
+    EXPECT_EQ(error.message, QStringLiteral("no such file: /x"));
     EXPECT_EQ(fallback, -1);
 }
 
