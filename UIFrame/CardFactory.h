@@ -112,6 +112,10 @@ public:
 
     void SetFootPrintData(const CVXVariantMapTree& footPrint) { m_footPrintData = footPrint; }
     const QString& GetCardType() const { return m_strCardType; }
+    // What the factory holds for its card: a tab whose card is not created yet saves these.
+    const CVXVariantMapTree& GetInitData() const { return m_initData; }
+    const CVXVariantMapTree& GetRestoreData() const { return m_restoreData; }
+    const CVXVariantMapTree& GetFootPrintData() const { return m_footPrintData; }
 
 private:
     QPointer<QWidget> m_pParent;

@@ -8,12 +8,12 @@
 #include "Platform/Core/MessageDispatch.h"
 #include "Platform/Core/Report.h"
 #include "Platform/Core/message_body.pb.h"
+#include "Platform/StdUI/LightScrollArea.h"
 
 #include <json/value.h>
 
 #include <QEvent>
 #include <QResizeEvent>
-#include <QScrollArea>
 
 #include <algorithm>
 #include <cstdint>
@@ -279,10 +279,8 @@ void CVXCardObjBase::InitContent()
         OnInitContent(this);
         return;
     }
-    m_pScrollArea = new QScrollArea(this);
+    m_pScrollArea = new vx_std_ui::VLightScrollArea(this);
     m_pScrollArea->setObjectName(QStringLiteral("CVXCardObjBase_scrollview"));
-    m_pScrollArea->setFrameShape(QFrame::NoFrame);
-    m_pScrollArea->setWidgetResizable(false);
     m_pScrollWidget = new QWidget;
     m_pScrollWidget->setObjectName(QStringLiteral("CVXCardObjBase_scrollview_widget"));
     const QSize ideal = GetCardIdealSize();

@@ -4,7 +4,8 @@
 // web modules supply and that panel boxes, tab pages and expanded regions host.
 //
 // - Content: InitContent() (once) hands OnInitContent() either an inner widget of a scroll area
-//   (content enable scroll, the default) or the card itself.
+//   (content enable scroll, the default) or the card itself. The scroll area is the toolkit's
+//   light one: a single widget that makes scroll bars only once the content outgrows the card.
 // - Width classes: every resize classifies the width (EnVXCardWidthRange) and calls
 //   OnCardWidthChangeNotify(). The classes 640..775 and 360..639 notify on every resize within
 //   them; the others only when the width enters them.
@@ -35,15 +36,15 @@
 #include <set>
 #include <string>
 
-class QScrollArea;
 class CardEventStockIDChanged;
 class CardEventAccountInfoChanged;
 class CardEventComboOptionChanged;
 class CardEventOptionIndexChanged;
 
 namespace vx_std_ui {
+class VLightScrollArea;
 class VMenu;
-}
+} // namespace vx_std_ui
 
 // What the box shows above a card: nothing, or the card's own widget (CreatePanelBoxTopWidget).
 enum class EnVXPanelBoxTopWidgetType : int
@@ -180,7 +181,7 @@ private:
     bool m_bScrollViewAutoResize = false;
     bool m_bContentSizeSet = false;
     QSize m_contentSize;
-    QScrollArea* m_pScrollArea = nullptr;
+    vx_std_ui::VLightScrollArea* m_pScrollArea = nullptr;
     QWidget* m_pScrollWidget = nullptr;
     QWidget* m_pContentWidget = nullptr;
     bool m_bContentInited = false;

@@ -1,5 +1,6 @@
 #include "UIFrame/StateTreeTypes.h"
 
+#include "UIFrame/Canvas/PanelLayoutPage.h"
 #include "UIFrame/VariantMapTreeAccess.h"
 
 #include <QBuffer>
@@ -132,8 +133,16 @@ void RegisterStateTreeTypes()
         CVXVariantMapTree::RegisterValueCodec(boxTypeId, &WriteBoxType, &ReadBoxType);
         RegisterTextForm<VXPanelBoxType>();
 
-        // The other UIFrame value types join here as they are written: the jump page-type enum,
-        // the expanded-region layout record and the layout page's tab page record.
+        // The gallery's tab page: its stream form is one qint32 and reads no counts, so Qt's
+        // stream operators are safe for any input and it needs no codec.
+        using TabPage = CVXPanelLayoutPage::TabPage;
+        const int tabPageId = qRegisterMetaType<TabPage>("CVXPanelLayoutPage::TabPage");
+        qRegisterMetaTypeStreamOperators<TabPage>("CVXPanelLayoutPage::TabPage");
+        CVXVariantMapTree::MarkDataStreamOperatorRegistered(tabPageId);
+        RegisterTextForm<TabPage>();
+
+        // The other UIFrame value types join here as they are written: the jump page-type enum
+        // and the expanded-region layout record.
         return true;
     }();
     Q_UNUSED(s_registered);

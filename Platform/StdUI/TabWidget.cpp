@@ -1,248 +1,140 @@
 #include "Platform/StdUI/TabWidget.h"
 
-#include "Platform/StdUI/IconButton.h"
-
 #include "Platform/Core/Assert.h"
 #include "Platform/Core/Log.h"
 
-#include <QApplication>
-#include <QBoxLayout>
-#include <QMouseEvent>
+#include <QLayout>
 #include <QPointer>
 #include <QScopedValueRollback>
 #include <QShowEvent>
 #include <QStackedWidget>
-#include <QStyle>
 
-#include <atomic>
 #include <utility>
 #include <vector>
 
 namespace vx_std_ui {
-namespace detail {
-
-struct TabIds
-{
-    TabId id = kNoTabId;
-    unsigned long long globalId = 0;
-};
-
-} // namespace detail
-} // namespace vx_std_ui
-
-Q_DECLARE_METATYPE(vx_std_ui::detail::TabIds)
-
-namespace vx_std_ui {
-namespace {
-
-unsigned long long NextGlobalId()
-{
-    static std::atomic<unsigned long long> next{1};
-    return next.fetch_add(1, std::memory_order_relaxed);
-}
-
-} // namespace
-
-struct VTabBarBase::Impl
-{
-    TabId pendingId = kNoTabId; // the id of the tab being inserted by insertTabWithId()
-    bool dragOutEnabled = true;
-
-    // The tab under the last left press, by global id so that reordering does not lose it.
-    unsigned long long pressedGlobalId = 0;
-    QPoint pressPos;
-    bool dragOutDone = false; // TabDragOut was emitted for the current press
-};
-
-VTabBarBase::VTabBarBase(QWidget* parent) : QTabBar(parent), d(std::make_unique<Impl>()) {}
-
-VTabBarBase::~VTabBarBase() = default;
-
-// The ids are kept in the tab's data because QTabBar emits currentChanged before tabInserted()
-// and tabRemoved() run: data stored in the tab itself is right at every signal. A tab without
-// data is the one being inserted; it gets its global id on first access.
-static detail::TabIds ReadIds(const QTabBar* bar, int index)
-{
-    const QVariant v = bar->tabData(index);
-    return v.canConvert<detail::TabIds>() ? v.value<detail::TabIds>() : detail::TabIds{};
-}
-
-TabId VTabBarBase::tabId(int index) const
-{
-    if (index < 0 || index >= count())
-        return kNoTabId;
-    detail::TabIds ids = ReadIds(this, index);
-    if (ids.globalId == 0)
-        return d->pendingId;
-    return ids.id;
-}
-
-void VTabBarBase::setTabId(int index, TabId id)
-{
-    if (index < 0 || index >= count()) {
-        VXLOG_WARN("VTabBarBase::setTabId: bad index {} (count {})", index, count());
-        return;
-    }
-    detail::TabIds ids = ReadIds(this, index);
-    if (ids.globalId == 0)
-        ids.globalId = NextGlobalId();
-    ids.id = id;
-    setTabData(index, QVariant::fromValue(ids));
-}
-
-unsigned long long VTabBarBase::tabGlobalId(int index) const
-{
-    if (index < 0 || index >= count())
-        return 0;
-    detail::TabIds ids = ReadIds(this, index);
-    if (ids.globalId == 0) {
-        ids.id = d->pendingId;
-        ids.globalId = NextGlobalId();
-        // Reading assigns the id of a tab still being inserted; the tab is not const data.
-        const_cast<VTabBarBase*>(this)->setTabData(index, QVariant::fromValue(ids));
-    }
-    return ids.globalId;
-}
-
-int VTabBarBase::indexOfTabId(TabId id) const
-{
-    if (id == kNoTabId)
-        return -1;
-    for (int i = 0; i < count(); ++i)
-        if (tabId(i) == id)
-            return i;
-    return -1;
-}
-
-int VTabBarBase::indexOfGlobalId(unsigned long long globalId) const
-{
-    if (globalId == 0)
-        return -1;
-    for (int i = 0; i < count(); ++i)
-        if (tabGlobalId(i) == globalId)
-            return i;
-    return -1;
-}
-
-int VTabBarBase::insertTabWithId(int index, const QString& text, TabId id)
-{
-    QScopedValueRollback<TabId> pending(d->pendingId, id);
-    const int inserted = QTabBar::insertTab(index, text);
-    tabGlobalId(inserted); // stores the pending id with a fresh global id
-    return inserted;
-}
-
-void VTabBarBase::setTabDragOutEnabled(bool on)
-{
-    d->dragOutEnabled = on;
-}
-
-bool VTabBarBase::isTabDragOutEnabled() const
-{
-    return d->dragOutEnabled;
-}
-
-void VTabBarBase::tabInserted(int index)
-{
-    tabGlobalId(index);
-    if (tabsClosable())
-        installCloseButton(index);
-    QTabBar::tabInserted(index);
-}
-
-void VTabBarBase::installCloseButton(int index)
-{
-    // The style's own close button draws a platform glyph that does not follow our theme.
-    const ButtonPosition side =
-        static_cast<ButtonPosition>(style()->styleHint(QStyle::SH_TabBar_CloseButtonPosition, nullptr, this));
-    QWidget* previous = tabButton(index, side);
-    if (qobject_cast<VIconButton*>(previous))
-        return;
-    auto* button = new VIconButton(IconGlyph::Close, QString(), this);
-    button->SetButtonSize(QSize(16, 16));
-    connect(button, &QAbstractButton::clicked, this, [this, button, side] {
-        for (int i = 0; i < count(); ++i) {
-            if (tabButton(i, side) == button) {
-                Q_EMIT tabCloseRequested(i);
-                return;
-            }
-        }
-    });
-    setTabButton(index, side, button);
-    if (previous)
-        previous->deleteLater();
-}
-
-void VTabBarBase::installCloseButtons()
-{
-    for (int i = 0; i < count(); ++i)
-        installCloseButton(i);
-}
-
-void VTabBarBase::tabRemoved(int index)
-{
-    QTabBar::tabRemoved(index);
-}
-
-void VTabBarBase::mousePressEvent(QMouseEvent* event)
-{
-    if (event->button() == Qt::LeftButton) {
-        d->pressedGlobalId = tabGlobalId(tabAt(event->pos()));
-        d->pressPos = event->pos();
-        d->dragOutDone = false;
-    }
-    QTabBar::mousePressEvent(event);
-}
-
-void VTabBarBase::mouseMoveEvent(QMouseEvent* event)
-{
-    if (d->dragOutDone) {
-        event->accept();
-        return;
-    }
-    const bool leftDown = event->buttons() & Qt::LeftButton;
-    if (d->dragOutEnabled && leftDown && d->pressedGlobalId != 0) {
-        const int dy = qAbs(event->pos().y() - d->pressPos.y());
-        if (dy > QApplication::startDragDistance() && !rect().contains(event->pos())) {
-            const int index = indexOfGlobalId(d->pressedGlobalId);
-            if (index >= 0) {
-                d->dragOutDone = true;
-                // End QTabBar's own press (and any reorder drag) first, so that the bar is idle
-                // when a handler takes the tab away.
-                QMouseEvent release(QEvent::MouseButtonRelease, event->localPos(), event->windowPos(),
-                                    event->screenPos(), Qt::LeftButton, Qt::NoButton, event->modifiers());
-                QTabBar::mouseReleaseEvent(&release);
-                const QPoint globalPos = event->globalPos();
-                Q_EMIT TabDragOut(index, globalPos);
-                event->accept();
-                return;
-            }
-        }
-    }
-    QTabBar::mouseMoveEvent(event);
-}
-
-void VTabBarBase::mouseReleaseEvent(QMouseEvent* event)
-{
-    if (event->button() == Qt::LeftButton) {
-        d->pressedGlobalId = 0;
-        if (d->dragOutDone) {
-            // QTabBar already had its release when the drag left the bar.
-            d->dragOutDone = false;
-            event->accept();
-            return;
-        }
-    }
-    QTabBar::mouseReleaseEvent(event);
-}
 
 namespace {
 
-// Stands in the stack for a lazy page until the page is created.
-class LazyPlaceholder : public QWidget
+// The tab widget's one layout: the bar row on top (the bar, then the corner widget at its natural
+// width, centred vertically) and the page stack below, without margins or spacing. One layout in
+// place of a row widget with a layout of its own inside a box layout: every panel box carries a
+// tab widget, so each widget and layout saved here is saved many times over.
+class TabWidgetLayout : public QLayout
 {
 public:
-    LazyPlaceholder() { setObjectName(QStringLiteral("VTabWidgetLazyPlaceholder")); }
+    explicit TabWidgetLayout(QWidget* parent) : QLayout(parent)
+    {
+        setContentsMargins(0, 0, 0, 0);
+        setSpacing(0);
+    }
+    ~TabWidgetLayout() override
+    {
+        delete m_bar;
+        delete m_stack;
+        delete m_corner;
+    }
+
+    void setBarAndStack(QWidget* bar, QWidget* stack)
+    {
+        addChildWidget(bar);
+        addChildWidget(stack);
+        m_bar = new QWidgetItem(bar);
+        m_stack = new QWidgetItem(stack);
+        invalidate();
+    }
+
+    // Null removes the corner item; the widget itself is the caller's to dispose of.
+    void setCorner(QWidget* corner)
+    {
+        delete m_corner;
+        m_corner = nullptr;
+        if (corner) {
+            addChildWidget(corner);
+            m_corner = new QWidgetItem(corner);
+            m_corner->setAlignment(Qt::AlignVCenter);
+        }
+        invalidate();
+    }
+
+    void addItem(QLayoutItem* item) override
+    {
+        // Only the tab widget adds items, through the setters above.
+        VX_ASSERT(false && "TabWidgetLayout::addItem");
+        delete item;
+    }
+    int count() const override { return static_cast<int>(items().size()); }
+    QLayoutItem* itemAt(int index) const override
+    {
+        const std::vector<QLayoutItem*> all = items();
+        return index >= 0 && index < static_cast<int>(all.size()) ? all[static_cast<size_t>(index)] : nullptr;
+    }
+    QLayoutItem* takeAt(int index) override
+    {
+        QLayoutItem* item = itemAt(index);
+        for (QLayoutItem** slot : {&m_bar, &m_stack, &m_corner}) {
+            if (item && *slot == item)
+                *slot = nullptr;
+        }
+        invalidate();
+        return item;
+    }
+    Qt::Orientations expandingDirections() const override { return Qt::Horizontal | Qt::Vertical; }
+    QSize sizeHint() const override { return combined(&QLayoutItem::sizeHint); }
+    QSize minimumSize() const override { return combined(&QLayoutItem::minimumSize); }
+
+    void setGeometry(const QRect& rect) override
+    {
+        QLayout::setGeometry(rect);
+        const QSize corner = shown(m_corner) ? m_corner->sizeHint() : QSize(0, 0);
+        const int rowHeight = this->rowHeight(&QLayoutItem::sizeHint);
+        if (shown(m_bar))
+            m_bar->setGeometry(QRect(rect.x(), rect.y(), qMax(0, rect.width() - corner.width()), rowHeight));
+        if (shown(m_corner))
+            m_corner->setGeometry(QRect(rect.right() + 1 - corner.width(), rect.y(), corner.width(), rowHeight));
+        if (m_stack)
+            m_stack->setGeometry(QRect(rect.x(), rect.y() + rowHeight, rect.width(), qMax(0, rect.height() - rowHeight)));
+    }
+
+private:
+    using SizeOf = QSize (QLayoutItem::*)() const;
+
+    static bool shown(const QLayoutItem* item) { return item && !item->isEmpty(); }
+
+    std::vector<QLayoutItem*> items() const
+    {
+        std::vector<QLayoutItem*> all;
+        for (QLayoutItem* item : {m_bar, m_stack, m_corner}) {
+            if (item)
+                all.push_back(item);
+        }
+        return all;
+    }
+
+    int rowHeight(SizeOf size) const
+    {
+        int height = 0;
+        for (const QLayoutItem* item : {m_bar, m_corner}) {
+            if (shown(item))
+                height = qMax(height, (item->*size)().height());
+        }
+        return height;
+    }
+
+    QSize combined(SizeOf size) const
+    {
+        int rowWidth = 0;
+        for (const QLayoutItem* item : {m_bar, m_corner}) {
+            if (shown(item))
+                rowWidth += (item->*size)().width();
+        }
+        const QSize stack = shown(m_stack) ? (m_stack->*size)() : QSize(0, 0);
+        return QSize(qMax(rowWidth, stack.width()), rowHeight(size) + stack.height());
+    }
+
+    QLayoutItem* m_bar = nullptr;
+    QLayoutItem* m_stack = nullptr;
+    QLayoutItem* m_corner = nullptr;
 };
 
 } // namespace
@@ -251,16 +143,19 @@ struct VTabWidget::Impl
 {
     struct Entry
     {
-        QWidget* widget = nullptr;            // the page, or the placeholder while lazy
+        QWidget* widget = nullptr;            // the page; null while lazy
         std::shared_ptr<PageFactory> factory; // set while the page is not created
         unsigned long long key = 0;           // tells entries apart across moves
     };
 
     VTabWidget* q = nullptr;
     VTabBarBase* bar = nullptr;
-    QWidget* barRow = nullptr;
-    QHBoxLayout* barRowLayout = nullptr;
+    TabBarStyle style = TabBarStyle::Normal;
+    TabWidgetLayout* layout = nullptr;
+    bool barShown = true;
     QStackedWidget* stack = nullptr;
+    // Shown in the stack while the current tab is lazy and not built; made when first needed.
+    QWidget* emptyPage = nullptr;
     QPointer<QWidget> corner;
 
     // One entry per tab, in tab order. The stack's own order does not matter: moving a tab
@@ -293,7 +188,8 @@ struct VTabWidget::Impl
         e.key = nextKey++;
         // The entry and the stack are ready before the bar emits anything.
         entries.insert(entries.begin() + index, e);
-        stack->addWidget(widget);
+        if (widget)
+            stack->addWidget(widget);
         const int inserted = bar->insertTabWithId(index, text, id);
         VX_ASSERT(inserted == index);
         syncStackCurrent();
@@ -303,8 +199,19 @@ struct VTabWidget::Impl
     void syncStackCurrent()
     {
         const int current = bar->currentIndex();
-        if (valid(current) && stack->currentWidget() != entries[current].widget)
-            stack->setCurrentWidget(entries[current].widget);
+        if (!valid(current))
+            return;
+        QWidget* shown = entries[current].widget;
+        if (!shown) {
+            if (!emptyPage) {
+                emptyPage = new QWidget;
+                emptyPage->setObjectName(QStringLiteral("VTabWidgetLazyPlaceholder"));
+                stack->addWidget(emptyPage);
+            }
+            shown = emptyPage;
+        }
+        if (stack->currentWidget() != shown)
+            stack->setCurrentWidget(shown);
     }
 
     // Removes the tab; returns the created page (still parented to the stack) or nullptr.
@@ -315,11 +222,9 @@ struct VTabWidget::Impl
         // The bar picks the next current tab while the old page still sits in the stack, so
         // the stack switches straight from the old page to the new one.
         bar->removeTab(index);
-        stack->removeWidget(e.widget);
-        if (e.factory) {
-            delete e.widget;
+        if (e.factory)
             return nullptr;
-        }
+        stack->removeWidget(e.widget);
         return e.widget;
     }
 
@@ -380,13 +285,10 @@ struct VTabWidget::Impl
             return index >= 0 ? entries[index].widget : nullptr;
         }
 
-        QWidget* placeholder = entries[index].widget;
         entries[index].widget = page;
         entries[index].factory.reset();
         stack->addWidget(page);
         syncStackCurrent();
-        stack->removeWidget(placeholder);
-        delete placeholder;
 
         factory->afterSetParent(page);
         index = indexOfKey(key);
@@ -403,28 +305,42 @@ struct VTabWidget::Impl
     }
 };
 
-VTabWidget::VTabWidget(QWidget* parent) : QWidget(parent), d(std::make_unique<Impl>())
+VTabWidget::VTabWidget(QWidget* parent) : VTabWidget(TabBarStyle::Normal, parent) {}
+
+VTabWidget::VTabWidget(TabBarStyle style, QWidget* parent) : QWidget(parent), d(std::make_unique<Impl>())
+{
+    d->style = style;
+    setUp(new VTabBarBase);
+}
+
+VTabWidget::VTabWidget(VTabBarBase* tabBar, QWidget* parent) : QWidget(parent), d(std::make_unique<Impl>())
+{
+    if (!tabBar)
+        tabBar = new VTabBarBase;
+    // The entries mirror the bar's tabs one to one; tabs made elsewhere have no entry.
+    while (tabBar->count() > 0)
+        tabBar->removeTab(tabBar->count() - 1);
+    setUp(tabBar);
+}
+
+void VTabWidget::setUp(VTabBarBase* tabBar)
 {
     d->q = this;
-    d->bar = new VTabBarBase;
-    d->bar->setObjectName(QStringLiteral("VTabWidgetBar"));
+    d->bar = tabBar;
+    if (d->bar->objectName().isEmpty())
+        d->bar->setObjectName(QStringLiteral("VTabWidgetBar"));
     d->bar->setDrawBase(false);
     // Tabs keep their natural width; the rest of the row is free for the corner widget.
-    d->bar->setExpanding(false);
+    d->bar->setExpanding(d->style == TabBarStyle::Expanding);
+    if (d->style == TabBarStyle::Document) {
+        d->bar->setMovable(true);
+        d->bar->setTabsClosable(true);
+    }
     d->stack = new QStackedWidget;
     d->stack->setObjectName(QStringLiteral("VTabWidgetStack"));
 
-    d->barRow = new QWidget;
-    d->barRowLayout = new QHBoxLayout(d->barRow);
-    d->barRowLayout->setContentsMargins(0, 0, 0, 0);
-    d->barRowLayout->setSpacing(0);
-    d->barRowLayout->addWidget(d->bar, 1);
-
-    auto* layout = new QVBoxLayout(this);
-    layout->setContentsMargins(0, 0, 0, 0);
-    layout->setSpacing(0);
-    layout->addWidget(d->barRow);
-    layout->addWidget(d->stack, 1);
+    d->layout = new TabWidgetLayout(this);
+    d->layout->setBarAndStack(d->bar, d->stack);
 
     connect(d->bar, &QTabBar::currentChanged, this, [this](int index) { d->onBarCurrentChanged(index); });
     connect(d->bar, &QTabBar::tabMoved, this, [this](int from, int to) { d->onBarTabMoved(from, to); });
@@ -440,6 +356,11 @@ VTabWidget::~VTabWidget()
 VTabBarBase* VTabWidget::tabBar() const
 {
     return d->bar;
+}
+
+VTabWidget::TabBarStyle VTabWidget::tabBarStyle() const
+{
+    return d->style;
 }
 
 int VTabWidget::addTab(QWidget* page, const QString& text, TabId id)
@@ -473,7 +394,7 @@ int VTabWidget::insertLazyTab(int index, std::shared_ptr<PageFactory> factory, c
         VXLOG_WARN("VTabWidget::insertLazyTab: null factory for tab \"{}\"", text);
         return -1;
     }
-    const int inserted = d->insert(index, new LazyPlaceholder, std::move(factory), text, id);
+    const int inserted = d->insert(index, nullptr, std::move(factory), text, id);
     Q_EMIT tabCountChanged(count());
     return inserted;
 }
@@ -585,6 +506,11 @@ bool VTabWidget::isPageCreated(int index) const
     return d->valid(index) && !d->entries[index].factory;
 }
 
+std::shared_ptr<PageFactory> VTabWidget::pageFactory(int index) const
+{
+    return d->valid(index) ? d->entries[index].factory : nullptr;
+}
+
 QString VTabWidget::tabText(int index) const
 {
     return d->bar->tabText(index);
@@ -621,19 +547,20 @@ int VTabWidget::indexOfTabId(TabId id) const
 
 void VTabWidget::setTabBarVisible(bool visible)
 {
-    d->barRow->setVisible(visible);
+    d->barShown = visible;
+    d->bar->setVisible(visible);
+    if (d->corner)
+        d->corner->setVisible(visible);
 }
 
 bool VTabWidget::isTabBarVisible() const
 {
-    return !d->barRow->isHidden();
+    return d->barShown;
 }
 
 void VTabWidget::setTabsClosable(bool closable)
 {
     d->bar->setTabsClosable(closable);
-    if (closable)
-        d->bar->installCloseButtons();
 }
 
 void VTabWidget::setCornerWidget(QWidget* widget)
@@ -642,14 +569,14 @@ void VTabWidget::setCornerWidget(QWidget* widget)
         return;
     if (d->corner) {
         // We own the old corner widget; it may be the sender of the call that replaces it.
-        d->barRowLayout->removeWidget(d->corner);
+        d->layout->setCorner(nullptr);
         d->corner->hide();
         d->corner->deleteLater();
     }
     d->corner = widget;
     if (widget) {
-        d->barRowLayout->addWidget(widget, 0, Qt::AlignVCenter);
-        widget->show();
+        d->layout->setCorner(widget);
+        widget->setVisible(d->barShown);
     }
 }
 

@@ -2,9 +2,10 @@
 
 // VTabWidget and VTabBarBase: a tab widget whose tabs carry ids and whose pages can be created
 // on demand. Every tab has a tab id (kNoTabId when none was given) and a process-wide unique
-// global id. A lazy tab holds a TIFactory<QWidget, void> and an empty placeholder; the real
-// page is created the first time the tab is current in a shown widget (or when widget() is asked
-// for it with bCreate true), then afterSetParent() is called once it sits in the stack.
+// global id. A lazy tab holds a TIFactory<QWidget, void> and no widget; the real page is created
+// the first time the tab is current in a shown widget (or when widget() is asked for it with
+// bCreate true), then afterSetParent() is called once it sits in the stack. Until then one empty
+// page, shared by all lazy tabs of the widget, stands in the stack when such a tab is current.
 
 #include "Platform/StdUI/Factory.h"
 #include "Platform/StdUI/StdUIExport.h"
@@ -48,15 +49,24 @@ public:
     void setTabDragOutEnabled(bool on);
     bool isTabDragOutEnabled() const;
 
-    // Closable tabs get themed close buttons (a glyph drawn in the theme's colours).
-    void installCloseButtons();
+    // Closable tabs show a close glyph at their right end, painted by the bar in the theme's
+    // colours (no button widget per tab); a click on it emits tabCloseRequested(index). These
+    // hide QTabBar's functions of the same name: call them on the VTabBarBase.
+    void setTabsClosable(bool closable);
+    bool tabsClosable() const;
+    // The close glyph of a tab in bar coordinates; empty for a bad index or a bar without glyphs.
+    QRect closeGlyphRect(int index) const;
+    // The tab whose glyph the mouse is over (-1 for none) and whether it is pressed there.
+    int hoveredCloseGlyph() const;
+    bool isCloseGlyphDown() const;
 
 Q_SIGNALS:
     void TabDragOut(int index, const QPoint& globalPos);
 
 protected:
+    bool event(QEvent* event) override;
+    QSize tabSizeHint(int index) const override;
     void tabInserted(int index) override;
-    void installCloseButton(int index);
     void tabRemoved(int index) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
@@ -71,10 +81,24 @@ class VXSTDUI_EXPORT VTabWidget : public QWidget
 {
     Q_OBJECT
 public:
+    // How the built-in bar behaves. Normal: tabs keep their natural width, fixed order.
+    // Document: movable tabs with themed close buttons. Expanding: tabs share the bar's width.
+    enum class TabBarStyle
+    {
+        Normal,
+        Document,
+        Expanding,
+    };
+
     explicit VTabWidget(QWidget* parent = nullptr);
+    VTabWidget(TabBarStyle style, QWidget* parent = nullptr);
+    // Uses a ready bar (a derived bar with its own drawing). The bar must have no tabs yet
+    // (any it has are removed); the widget takes ownership of it. A null bar gives the default.
+    VTabWidget(VTabBarBase* tabBar, QWidget* parent = nullptr);
     ~VTabWidget() override;
 
     VTabBarBase* tabBar() const;
+    TabBarStyle tabBarStyle() const;
 
     // The tab widget takes ownership of the page. Returns the index, -1 for a null page.
     int addTab(QWidget* page, const QString& text, TabId id = kNoTabId);
@@ -104,6 +128,8 @@ public:
     QWidget* widget(int index, bool bCreate = false) const;
     int indexOf(const QWidget* page) const;
     bool isPageCreated(int index) const;
+    // The factory of a lazy tab whose page is not created yet; null otherwise.
+    std::shared_ptr<PageFactory> pageFactory(int index) const;
 
     QString tabText(int index) const;
     void setTabText(int index, const QString& text);
@@ -133,6 +159,8 @@ protected:
     void showEvent(QShowEvent* event) override;
 
 private:
+    void setUp(VTabBarBase* tabBar);
+
     struct Impl;
     std::unique_ptr<Impl> d;
 };

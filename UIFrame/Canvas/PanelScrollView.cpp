@@ -623,20 +623,6 @@ QPixmap CVXPanelScrollView::GrabPixmap()
     return grab();
 }
 
-void CVXPanelScrollView::SetSaveLayoutHandler(SaveLayoutHandler handler)
-{
-    d->saveLayoutHandler = std::move(handler);
-}
-
-void CVXPanelScrollView::OnSavePanelLayout()
-{
-    if (!d->saveLayoutHandler) {
-        VXLOG_INFO("CVXPanelScrollView::OnSavePanelLayout: no layout saving installed");
-        return;
-    }
-    d->saveLayoutHandler(this, std::function<void()>());
-}
-
 QString CVXPanelScrollView::GetTabTitle() const
 {
     return d->tabTitle;

@@ -30,6 +30,8 @@
 class CVXPanelBaseBox;
 class CVXPanelAtomizationBox;
 class CVXPanelCombinationBox;
+class CVXPanelLayoutTemplate;
+class CVXTabWidgetRestore;
 class CardEventPostionsOpenPlaceOrderInner;
 class CardEventOpenTradeOrdersInner;
 class CardEventPostionsOpenPlaceOrderComboOptionInner;
@@ -160,17 +162,39 @@ public:
     void SetObjRestoreData(const CVXVariantMapTree& tree) override;
     QPixmap GrabPixmap();
 
-    // Saving as a named layout belongs to the layout manager; the page installs the function that
-    // does it (title, remarks, completion). Without one, saving is unavailable.
-    using SaveLayoutHandler = std::function<void(CVXPanelScrollView*, std::function<void()>)>;
-    void SetSaveLayoutHandler(SaveLayoutHandler handler);
+    // Saving as a named layout through the layout manager (PanelScrollViewSave.cpp). Each
+    // `done` runs once the layout is in the manager, and not at all when the user cancels.
+    // OnSavePanelLayout: a usage report, then the save dialog (SavePanelLayout) prefilled with
+    // the name and remarks of this canvas's layout. SaveLayout asks before replacing another
+    // user layout of that title. SaveLayoutImpl stores the canvas under its layout key (a new
+    // key when it has no user layout yet), marks the undo stack saved and retitles the tab.
     void OnSavePanelLayout();
+    void SavePanelLayout(std::function<void()> done);
+    void SaveLayout(const QString& title, const QString& remarks, std::function<void()> done);
+    void SaveLayoutImpl(const QString& title, QString remarks, std::function<void()> done);
+    // Ctrl+S: a canvas that has its user layout saves over it at once; any other asks the name.
+    void QuickSavePanelLayout(std::function<void()> done);
+    // Ctrl+Shift+S: always asks the name; a name other than that of this canvas's layout makes
+    // a new layout and leaves the old one as it was.
+    void SavePanelLayoutAs(std::function<void()> done);
+    // The user layout this canvas was saved as (by its object key); empty when none.
+    CVXPanelLayoutTemplate GetSavedPanelLayout() const;
+    // A key for a new layout: the layout manager's GenerateLayoutKey(), moved on past any key
+    // the manager holds or this function gave out before (two canvases opened within the same
+    // millisecond must not save over each other).
+    static unsigned long long NewLayoutKey();
 
     // Page identity.
     QString GetTabTitle() const;
     void SetTabTitle(const QString& title);
     QString GetShortcutId() const;
     QString GenerateShortcutId();
+    // The tab widget of the panel workspace that shows this canvas (nearest CVXTabWidgetRestore
+    // ancestor); null when none.
+    CVXTabWidgetRestore* GetPanelTabWidget() const;
+    // Asks the main frame's business module for a shortcut to this canvas's layout ("PanelShortcutId");
+    // false when there is no module or it refused.
+    bool AddShortcut();
     bool IsSaveAsTemplate() const;
     void SetIsSaveAsTemplate(bool on);
 

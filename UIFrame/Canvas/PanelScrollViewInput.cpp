@@ -206,6 +206,10 @@ void CVXPanelScrollView::keyPressEvent(QKeyEvent* event)
         Paste();
     } else if (mods == Qt::NoModifier && key == Qt::Key_Delete) {
         DeleteSelectedBoxes();
+    } else if (mods == Qt::ControlModifier && key == Qt::Key_S) {
+        QuickSavePanelLayout({});
+    } else if (mods == (Qt::ControlModifier | Qt::ShiftModifier) && key == Qt::Key_S) {
+        SavePanelLayoutAs({});
     } else {
         vx_std_ui::VScrollArea::keyPressEvent(event);
         return;

@@ -232,10 +232,13 @@ void CVXPanelScrollView::HandlePanelLinkageDataChanged(QString& scopeKey, QStrin
     const auto spreadKey = qMakePair(groupId, kind);
     const bool outermost = !d->spreading.contains(spreadKey);
     d->spreading.insert(spreadKey);
+    // The items' own guards, copied: cheaper than a new guard per box, and the item list itself
+    // may change while the event spreads.
     QVector<QPointer<CVXPanelBaseBox>> targets;
-    for (CVXPanelBaseBox* box : GetPanelBoxes()) {
-        if (box->GetGroupID() == groupId)
-            targets.append(box);
+    targets.reserve(static_cast<int>(d->items.size()));
+    for (const Impl::Item& item : d->items) {
+        if (item.guard && !item.guard->IsDeleted() && item.guard->GetGroupID() == groupId)
+            targets.append(item.guard);
     }
     for (const QPointer<CVXPanelBaseBox>& box : qAsConst(targets)) {
         // A handler may have removed the box or moved it to another group meanwhile.

@@ -58,7 +58,6 @@ struct CVXPanelScrollView::Impl
     QString tabColor;
     QString ownScope;
     QString tabTitle;
-    SaveLayoutHandler saveLayoutHandler;
 
     bool lastCanUndo = false;
     bool lastCanRedo = false;

@@ -27,11 +27,9 @@
 #include "Platform/StdUI/TabWidget.h"
 #include "Platform/StdUI/ThemeResource.h"
 
-#include <QHBoxLayout>
 #include <QMap>
 #include <QMouseEvent>
 #include <QPainter>
-#include <QVBoxLayout>
 
 #include <atomic>
 
@@ -78,32 +76,6 @@ void SendGroupLeft(const QString& scope, const QString& groupId)
 
 } // namespace panelbox_detail
 
-void CVXPanelAtomizationBox::Impl::BuildTitleStrip()
-{
-    auto* buttons = new QWidget;
-    buttons->setObjectName(QStringLiteral("PanelBoxTitleButtons"));
-    auto* row = new QHBoxLayout(buttons);
-    // The right margin keeps the buttons clear of the right edge's resize band.
-    row->setContentsMargins(4, 0, 8, 0);
-    row->setSpacing(2);
-    groupBtn = new CVXPanelCurGroupBtn(buttons);
-    groupBtn->setObjectName(QStringLiteral("PanelBoxGroupButton"));
-    menuBtn = new vx_std_ui::VIconButton(vx_std_ui::IconGlyph::Menu, QString(), buttons);
-    menuBtn->setObjectName(QStringLiteral("PanelBoxMenuButton"));
-    closeBtn = new vx_std_ui::VIconButton(vx_std_ui::IconGlyph::Close, QString(), buttons);
-    closeBtn->setObjectName(QStringLiteral("PanelBoxCloseButton"));
-    row->addWidget(groupBtn);
-    row->addWidget(menuBtn);
-    row->addWidget(closeBtn);
-    buttons->setFixedHeight(kTitleHeight);
-    tabs->setCornerWidget(buttons);
-    tabs->tabBar()->setFixedHeight(kTitleHeight);
-
-    QObject::connect(groupBtn, &QAbstractButton::clicked, q, &CVXPanelAtomizationBox::OnClickGroup);
-    QObject::connect(menuBtn, &QAbstractButton::clicked, q, &CVXPanelAtomizationBox::OnClickMenu);
-    QObject::connect(closeBtn, &QAbstractButton::clicked, q, &CVXPanelAtomizationBox::OnClickClose);
-}
-
 CVXPanelAtomizationBox::CVXPanelAtomizationBox(bool isPopup, unsigned long long boxId, QWidget* parent)
     : CVXPanelBaseBox(parent), d(std::make_unique<Impl>())
 {
@@ -112,26 +84,19 @@ CVXPanelAtomizationBox::CVXPanelAtomizationBox(bool isPopup, unsigned long long 
     d->u64BoxId = boxId != 0 ? boxId : GenerateNewId();
     setObjectName(QStringLiteral("CVXPanelAtomizationBox"));
 
-    auto* layout = new QVBoxLayout(this);
-    // One pixel of frame on each side; the title strip is the tab bar row.
-    layout->setContentsMargins(1, 1, 1, 1);
-    layout->setSpacing(0);
-    // Limits are the box's own (GetBoxMinSize / AdjustRectByDrag), not the layout's.
-    layout->setSizeConstraint(QLayout::SetNoConstraint);
+    // The tab widget fills the box inside one pixel of frame (resizeEvent); the title strip is its
+    // bar row. Limits are the box's own (GetBoxMinSize / AdjustRectByDrag), not a layout's.
     d->tabs = new vx_std_ui::VTabWidget(this);
     d->tabs->setObjectName(QStringLiteral("PanelBoxTabWidget"));
     d->tabs->tabBar()->setTabDragOutEnabled(true);
     d->tabs->tabBar()->setMovable(true);
     d->tabs->setTabsClosable(true);
-    layout->addWidget(d->tabs);
+    d->tabs->setGeometry(rect().adjusted(1, 1, -1, -1));
     SetTabWidget(d->tabs);
     d->BuildTitleStrip();
 
-    d->mask = new CVXPanelBoxMask(this);
-    SetMask(d->mask);
     d->gesture = std::make_unique<panelbox_detail::CPanelBoxGesture>(
         this, panelbox_detail::GestureFields{m_ptPress, m_rcPressGeometry, m_bPressed, m_enLastHitPos});
-    new panelbox_detail::CPanelBoxEdgeGrips(this, d->gesture.get());
     auto* titleFilter = new panelbox_detail::CPanelBoxTitleFilter(this, d->gesture.get());
     titleFilter->Watch(d->tabs->tabBar());
     titleFilter->Watch(d->tabs->tabBar()->parentWidget());
@@ -395,13 +360,28 @@ void CVXPanelAtomizationBox::SetGroupID(const QString& groupId)
 
 void CVXPanelAtomizationBox::SetGroupColor(const QString& color)
 {
-    CVXPanelBaseBox::SetGroupColor(color);
+    d->groupColor = color;
+    // An unlinked box without a mask needs none for an empty colour.
+    if (d->mask || !color.isEmpty())
+        GetMask()->SetGroupColor(color);
     d->groupBtn->SetColor(color);
 }
 
 QString CVXPanelAtomizationBox::GetGroupColor() const
 {
-    return CVXPanelBaseBox::GetGroupColor();
+    return d->groupColor;
+}
+
+CVXPanelBoxMask* CVXPanelAtomizationBox::GetMask() const
+{
+    if (!d->mask) {
+        // Made on demand from const readers too: the mask is the box's look, not its state.
+        auto* self = const_cast<CVXPanelAtomizationBox*>(this);
+        d->mask = new CVXPanelBoxMask(self);
+        d->mask->SetGroupColor(d->groupColor);
+        self->SetMask(d->mask);
+    }
+    return d->mask;
 }
 
 // ---------------------------------------------------------------------------------------------
@@ -687,7 +667,8 @@ void CVXPanelAtomizationBox::SetIsWaitingDrop(bool waiting)
 
 void CVXPanelAtomizationBox::SetIsWaitingOtherDrop(bool waiting)
 {
-    d->mask->SetDropHighlight(waiting ? GetTabRect() : QRect());
+    if (waiting || d->mask)
+        GetMask()->SetDropHighlight(waiting ? GetTabRect() : QRect());
 }
 
 void CVXPanelAtomizationBox::OnTabWidgetCurrentPageChanged(int index, QWidget* page)

@@ -9,6 +9,10 @@
 //
 // Size limits: the border adds 2 to a card's width and 33 to its height. One card: the card's
 // limits plus the border; several tabs: minimum 150 x 150 and no maximum.
+//
+// A box costs few widgets: its close glyphs are painted by the tab bar, its mask is made on
+// first need, and its edge bands are watched through the box manager's application event filter
+// (FilterDescendantMouseEvent) rather than covered by grip widgets.
 
 #include "UIFrame/BoxObjBase.h"
 #include "UIFrame/PanelBox/PanelBaseBox.h"
@@ -121,6 +125,15 @@ public:
     // Continues a move gesture started elsewhere (a tab torn out follows the mouse).
     void SetDraggingPosition(const QPoint& globalPos);
 
+    // A mouse event on its way to one of the box's descendants in the box's window (the box's own
+    // events go to its handlers). The edge bands lie over the cards, which cover the box nearly
+    // edge to edge: a left press in a band starts a resize, the moves and the release of that
+    // resize follow it, and hovering a band shows its resize cursor. True when the box took it.
+    bool FilterDescendantMouseEvent(QMouseEvent* event);
+
+    // Made when first needed (selected, dragged, linked, a tab about to drop); the box owns it.
+    CVXPanelBoxMask* GetMask() const override;
+
 Q_SIGNALS:
     void Clicked();
 
@@ -141,6 +154,7 @@ protected:
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
     void leaveEvent(QEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
 
 private:

@@ -105,6 +105,8 @@ void CVXPanelAtomizationBox::mousePressEvent(QMouseEvent* event)
 
 void CVXPanelAtomizationBox::mouseMoveEvent(QMouseEvent* event)
 {
+    if (event->buttons() == Qt::NoButton && !m_bPressed)
+        d->UpdateHoverCursor(event->pos());
     d->gesture->Move(event->pos(), event->globalPos(), event->buttons());
     event->accept();
 }
@@ -117,9 +119,50 @@ void CVXPanelAtomizationBox::mouseReleaseEvent(QMouseEvent* event)
 
 void CVXPanelAtomizationBox::leaveEvent(QEvent* event)
 {
-    if (!m_bPressed)
+    if (!m_bPressed) {
         unsetCursor();
+        d->hoverCursorHit = HitNone;
+    }
     CVXPanelBaseBox::leaveEvent(event);
+}
+
+bool CVXPanelAtomizationBox::FilterDescendantMouseEvent(QMouseEvent* event)
+{
+    const QPoint local = mapFromGlobal(event->globalPos());
+    switch (event->type()) {
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonDblClick: {
+        if (event->button() != Qt::LeftButton || !panelbox_detail::IsEdgeHit(HitTestMouseMove(local)))
+            return false;
+        d->bEdgeGesture = d->gesture->Press(local, event->globalPos(), event->button());
+        return d->bEdgeGesture;
+    }
+    case QEvent::MouseMove: {
+        if (d->bEdgeGesture) {
+            // The widget under the press keeps the mouse until the release (Qt's implicit grab):
+            // its moves are the resize's.
+            d->gesture->Move(local, event->globalPos(), event->buttons());
+            return true;
+        }
+        if (event->buttons() == Qt::NoButton && !m_bPressed)
+            d->UpdateHoverCursor(local);
+        return false;
+    }
+    case QEvent::MouseButtonRelease:
+        if (!d->bEdgeGesture || event->button() != Qt::LeftButton)
+            return false;
+        d->bEdgeGesture = false;
+        d->gesture->Release(event->globalPos(), event->button());
+        return true;
+    default:
+        return false;
+    }
+}
+
+void CVXPanelAtomizationBox::resizeEvent(QResizeEvent* event)
+{
+    CVXPanelBaseBox::resizeEvent(event);
+    d->tabs->setGeometry(rect().adjusted(1, 1, -1, -1));
 }
 
 void CVXPanelAtomizationBox::paintEvent(QPaintEvent* event)

@@ -54,7 +54,11 @@ struct CVXPanelAtomizationBox::Impl
     CVXPanelCurGroupBtn* groupBtn = nullptr;
     vx_std_ui::VIconButton* menuBtn = nullptr;
     vx_std_ui::VIconButton* closeBtn = nullptr;
-    CVXPanelBoxMask* mask = nullptr;
+    CVXPanelBoxMask* mask = nullptr; // null until first needed
+    QString groupColor;
+    // The box's cursor while the mouse hovers an edge band over a descendant (HitNone: unset).
+    CVXPanelBaseBox::HitPos hoverCursorHit = CVXPanelBaseBox::HitNone;
+    bool bEdgeGesture = false; // a resize started in a band over a descendant is under way
     QPointer<CVXPanelGroupSetting> groupSetting;
     CVXVariantMapTree comboOptionInfo;
     QMap<unsigned long long, TabInfo> tabInfos;
@@ -199,6 +203,22 @@ struct CVXPanelAtomizationBox::Impl
             if (CVXCardObjBase* card = q->GetCurrentCard(); card && !account.IsEmpty())
                 card->SetAccountInfo(account);
         }
+    }
+
+    // The resize cursor of the edge band under the mouse, set on the box so that the descendant
+    // under the mouse shows it too; taken back as soon as the mouse leaves the bands, so that it
+    // never stays on the cards.
+    void UpdateHoverCursor(const QPoint& local)
+    {
+        const CVXPanelBaseBox::HitPos hit = q->HitTestMouseMove(local);
+        const CVXPanelBaseBox::HitPos wanted = panelbox_detail::IsEdgeHit(hit) ? hit : CVXPanelBaseBox::HitNone;
+        if (wanted == hoverCursorHit)
+            return;
+        hoverCursorHit = wanted;
+        if (wanted == CVXPanelBaseBox::HitNone)
+            q->unsetCursor();
+        else
+            q->UpdateCursorByHitPos(wanted);
     }
 
     void BuildTitleStrip();

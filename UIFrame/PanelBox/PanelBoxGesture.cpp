@@ -12,6 +12,12 @@
 
 namespace panelbox_detail {
 
+bool IsEdgeHit(CVXPanelBaseBox::HitPos hit)
+{
+    return hit & (CVXPanelBaseBox::HitLeft | CVXPanelBaseBox::HitRight | CVXPanelBaseBox::HitTop |
+                  CVXPanelBaseBox::HitBottom);
+}
+
 CPanelBoxGesture::CPanelBoxGesture(CVXPanelAtomizationBox* box, GestureFields fields)
     : m_pBox(box), m_fields(fields)
 {
@@ -38,6 +44,8 @@ bool CPanelBoxGesture::Press(const QPoint& local, const QPoint& global, Qt::Mous
     m_pBox->SetIsWaitingDrop(false);
     // A gesture whose release never arrived (the mouse left the window) ends here.
     FinishOpenCommands();
+    if (m_bCommandOpen)
+        m_pBox->GetMask()->SetDragging(false);
     m_bCommandOpen = false;
     m_fields.ptPress = global;
     m_fields.rcPressGeometry = m_pBox->geometry();
@@ -55,8 +63,7 @@ void CPanelBoxGesture::StartDragOut(const QPoint& global, CVXPanelAtomizationBox
     m_fields.enHitPos = CVXPanelBaseBox::HitTitle;
     // The source box's TabDragMoved is the command of this gesture.
     m_bCommandOpen = true;
-    if (CVXPanelBoxMask* mask = m_pBox->GetMask())
-        mask->SetDragging(true);
+    m_pBox->GetMask()->SetDragging(true);
 }
 
 void CPanelBoxGesture::OpenCommand()
@@ -66,8 +73,7 @@ void CPanelBoxGesture::OpenCommand()
         m_pBox->BeforeCommand<panelbox_undo_cmd::Moved>();
     else
         m_pBox->BeforeCommand<panelbox_undo_cmd::Resized>();
-    if (CVXPanelBoxMask* mask = m_pBox->GetMask())
-        mask->SetDragging(true);
+    m_pBox->GetMask()->SetDragging(true);
 }
 
 QRect CPanelBoxGesture::Propose(const QPoint& global) const
@@ -91,7 +97,7 @@ QRect CPanelBoxGesture::Propose(const QPoint& global) const
 bool CPanelBoxGesture::Move(const QPoint& local, const QPoint& global, Qt::MouseButtons buttons)
 {
     if (!m_fields.bPressed) {
-        // Hover: the grips show the cursors; a cursor set on the box would leak into its cards.
+        // Hover: the box shows the cursors (CVXPanelAtomizationBox::Impl::UpdateHoverCursor).
         m_fields.enHitPos = m_pBox->HitTestMouseMove(local);
         return false;
     }
@@ -129,11 +135,11 @@ bool CPanelBoxGesture::Release(const QPoint& global, Qt::MouseButton button)
     if (button != Qt::LeftButton || !m_fields.bPressed)
         return false;
     m_fields.bPressed = false;
-    if (CVXPanelBoxMask* mask = m_pBox->GetMask())
-        mask->SetDragging(false);
+    // A click that moved nothing opened no command and showed no drag frame.
     if (!m_bCommandOpen)
         return true;
     m_bCommandOpen = false;
+    m_pBox->GetMask()->SetDragging(false);
 
     CVXPanelScrollView* view = m_pBox->GetPanelScrollView();
     CVXPanelUndoStack* stack = m_pBox->GetUndoStack();
@@ -162,86 +168,6 @@ bool CPanelBoxGesture::Release(const QPoint& global, Qt::MouseButton button)
         m_pBox->AfterCommand<panelbox_undo_cmd::Resized>();
     }
     return true;
-}
-
-// ---------------------------------------------------------------------------------------------
-
-namespace {
-
-// One strip; it turns its mouse events into box coordinates for the gesture.
-class CEdgeGrip : public QWidget
-{
-public:
-    CEdgeGrip(CVXPanelAtomizationBox* box, CPanelBoxGesture* gesture)
-        : QWidget(box), m_pBox(box), m_pGesture(gesture)
-    {
-        setObjectName(QStringLiteral("CVXPanelBoxEdgeGrip"));
-        setMouseTracking(true);
-        setAttribute(Qt::WA_NoSystemBackground);
-    }
-
-protected:
-    void mousePressEvent(QMouseEvent* event) override
-    {
-        if (!m_pGesture->Press(ToBox(event), event->globalPos(), event->button()))
-            QWidget::mousePressEvent(event);
-    }
-    void mouseMoveEvent(QMouseEvent* event) override
-    {
-        if (!m_pGesture->IsActive())
-            setCursor(panelbox_geometry::CursorForHitPos(m_pBox->HitTestMouseMove(ToBox(event))));
-        m_pGesture->Move(ToBox(event), event->globalPos(), event->buttons());
-    }
-    void mouseReleaseEvent(QMouseEvent* event) override
-    {
-        m_pGesture->Release(event->globalPos(), event->button());
-    }
-
-private:
-    QPoint ToBox(QMouseEvent* event) const { return mapTo(m_pBox, event->pos()); }
-
-    CVXPanelAtomizationBox* m_pBox;
-    CPanelBoxGesture* m_pGesture;
-};
-
-// Edge bands of the hit test: x <= 7, x >= W - 7, y <= 8, y >= H - 7.
-constexpr int kLeftBand = 8;
-constexpr int kRightBand = 7;
-constexpr int kTopBand = 9;
-constexpr int kBottomBand = 7;
-
-} // namespace
-
-CPanelBoxEdgeGrips::CPanelBoxEdgeGrips(CVXPanelAtomizationBox* box, CPanelBoxGesture* gesture)
-    : QObject(box), m_pBox(box), m_pGesture(gesture)
-{
-    for (QWidget*& grip : m_grips)
-        grip = new CEdgeGrip(box, gesture);
-    box->installEventFilter(this);
-    Layout();
-}
-
-void CPanelBoxEdgeGrips::Layout()
-{
-    const int w = m_pBox->width();
-    const int h = m_pBox->height();
-    m_grips[0]->setGeometry(0, 0, kLeftBand, h);
-    m_grips[1]->setGeometry(w - kRightBand, 0, kRightBand, h);
-    m_grips[2]->setGeometry(0, 0, w, kTopBand);
-    m_grips[3]->setGeometry(0, h - kBottomBand, w, kBottomBand);
-    for (QWidget* grip : m_grips)
-        grip->raise();
-    if (CVXPanelBoxMask* mask = m_pBox->GetMask()) {
-        if (mask->isVisible())
-            mask->raise();
-    }
-}
-
-bool CPanelBoxEdgeGrips::eventFilter(QObject* watched, QEvent* event)
-{
-    if (watched == m_pBox && (event->type() == QEvent::Resize || event->type() == QEvent::Show))
-        Layout();
-    return false;
 }
 
 // ---------------------------------------------------------------------------------------------

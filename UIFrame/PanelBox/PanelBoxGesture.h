@@ -1,7 +1,9 @@
 #pragma once
 
 // The mouse gestures of a single-card box: move by the title strip, resize by the edges and
-// corners, and follow the mouse after a tab was torn out of another box. A gesture starts with a
+// corners, and follow the mouse after a tab was torn out of another box. Presses reach the gesture
+// from the box itself, from the title strip's widgets (CPanelBoxTitleFilter) and, for the edge
+// bands over the cards, through the box manager's application event filter. A gesture starts with a
 // left press, opens its undo command (Moved or Resized) at the first movement, asks the canvas to
 // snap while the mouse moves, and pushes the command on release when something changed.
 // Private to UIFrame/PanelBox.
@@ -15,6 +17,9 @@
 class CVXPanelAtomizationBox;
 
 namespace panelbox_detail {
+
+// True for a hit position on an edge or a corner (a resize), false for none and the title strip.
+bool IsEdgeHit(CVXPanelBaseBox::HitPos hit);
 
 // The gesture fields of the base box, shared with the box so that both see one state.
 struct GestureFields
@@ -56,24 +61,6 @@ private:
     bool m_bCommandOpen = false;
     bool m_bForwardingTabDrag = false;
     QPointer<CVXPanelAtomizationBox> m_pDragOutSource;
-};
-
-// Thin strips over the box's edge bands (where the hit test answers an edge), above the cards,
-// that take the mouse for resizing and show the resize cursors.
-class CPanelBoxEdgeGrips : public QObject
-{
-public:
-    CPanelBoxEdgeGrips(CVXPanelAtomizationBox* box, CPanelBoxGesture* gesture);
-
-protected:
-    bool eventFilter(QObject* watched, QEvent* event) override;
-
-private:
-    void Layout();
-
-    CVXPanelAtomizationBox* m_pBox;
-    CPanelBoxGesture* m_pGesture;
-    QWidget* m_grips[4] = {};
 };
 
 // Presses on the free part of the title strip (not on a tab or a button) start a move; while one

@@ -1,6 +1,7 @@
 #include "UIFrame/PanelBox/PanelBoxManager.h"
 
 #include "UIFrame/Canvas/PanelScrollView.h"
+#include "UIFrame/PanelBox/PanelAtomizationBox.h"
 #include "UIFrame/PanelBox/PanelBaseBox.h"
 #include "UIFrame/PanelBox/PanelBoxMask.h"
 
@@ -28,6 +29,17 @@ struct PressKey
         return bValid && ulTimestamp == e->timestamp() && ptGlobal == e->globalPos() && button == e->button();
     }
 };
+
+// The single-card box that `widget` lies in, within the widget's own window (a popup of a box is
+// no part of its bands); null for the box itself and for widgets outside boxes.
+CVXPanelAtomizationBox* EdgeBoxOf(QWidget* widget)
+{
+    for (QWidget* w = widget; w && !w->isWindow(); w = w->parentWidget()) {
+        if (auto* box = qobject_cast<CVXPanelAtomizationBox*>(w->parentWidget()))
+            return box->IsDeleted() ? nullptr : box;
+    }
+    return nullptr;
+}
 
 template <typename T> T* FindAncestor(QWidget* widget)
 {
@@ -266,21 +278,23 @@ void CVXPanelBoxManager::ResetForTest()
 bool CVXPanelBoxManager::eventFilter(QObject* watched, QEvent* event)
 {
     const QEvent::Type type = event->type();
-    if (type != QEvent::MouseButtonPress && type != QEvent::MouseButtonRelease)
+    if (type != QEvent::MouseButtonPress && type != QEvent::MouseButtonRelease && type != QEvent::MouseMove &&
+        type != QEvent::MouseButtonDblClick)
         return false;
     // The window gets the press before the widget under the cursor; only widgets tell where it is.
     if (!watched->isWidgetType())
         return false;
+    auto* widget = static_cast<QWidget*>(watched);
     auto* mouse = static_cast<QMouseEvent*>(event);
     if (type == QEvent::MouseButtonRelease) {
         d->lastPress = PressKey();
-        return false;
+    } else if (type == QEvent::MouseButtonPress && !d->lastPress.Matches(mouse)) {
+        d->lastPress = PressKey{mouse->timestamp(), mouse->globalPos(), mouse->button(), true};
+        d->HandlePress(this, widget, mouse);
     }
-    if (d->lastPress.Matches(mouse))
-        return false;
-    d->lastPress = PressKey{mouse->timestamp(), mouse->globalPos(), mouse->button(), true};
-    d->HandlePress(this, static_cast<QWidget*>(watched), mouse);
-    return false;
+    // A box's edge bands lie over its cards; the box, not the card, takes what happens there.
+    CVXPanelAtomizationBox* box = EdgeBoxOf(widget);
+    return box && box->FilterDescendantMouseEvent(mouse);
 }
 
 void CVXPanelBoxManagerPrivate::HandlePress(CVXPanelBoxManager* q, QWidget* widget, QMouseEvent* event)

@@ -6,6 +6,9 @@
 #include "UIFrame/TabFrame/TabFrameKey.h"
 #include "UIFrame/UIFrameExport.h"
 
+#include <json/value.h>
+
+#include <QHash>
 #include <QPointer>
 #include <QString>
 #include <QWidget>
@@ -48,4 +51,16 @@ public:
     static QString GetReportTabPosString(QPointer<QWidget> widget);
     // The text of the card's frame (CVXObjBase::GetTabFrame); empty without one.
     static QString GetCardReportTabPosString(const CVXCardObjBase* card);
+
+    // Sends the click report `eventName` with `fields` plus "tab_type", the tab position text
+    // of the widget's frame (empty outside a frame).
+    static void FillTabTypeToClickReport(QPointer<QWidget> widget, const std::string& eventName,
+                                         Json::Value fields = Json::Value(Json::objectValue));
+
+    // The report name of a card type of the catalogue (card_types::AllCardTypes()): its words
+    // in lower case joined by "_" ("StockHeader" -> "stock_header", "ETFConstituents" ->
+    // "etf_constituents"); empty for a type outside the catalogue.
+    static QString GetReportCardTypeString(const QString& cardType);
+    // The whole card type -> report name table.
+    static const QHash<QString, QString>& ReportCardTypeMap();
 };

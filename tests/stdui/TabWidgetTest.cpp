@@ -2,6 +2,7 @@
 // ownership, signal counts and dragging tabs with real mouse events on offscreen widgets.
 
 #include "Platform/StdUI/TabWidget.h"
+#include "Platform/StdUI/ThemeResource.h"
 
 #include "tests/common/TestSupport.h"
 
@@ -9,6 +10,7 @@
 #include <QLabel>
 #include <QPointer>
 #include <QSignalSpy>
+#include <QStackedWidget>
 #include <QTest>
 
 #include <gtest/gtest.h>
@@ -244,6 +246,42 @@ TEST_F(TabWidgetLazyTest, LazyTabsAddedToAShownWidgetAreBuiltOnlyWhenCurrent)
     EXPECT_EQ(tw.currentIndex(), 1) << "the current tab stays current";
     EXPECT_EQ(tw.currentWidget(), first->lastPage.data());
     EXPECT_EQ(current.count(), 1) << "no other tab became current";
+    CheckSanity(tw);
+}
+
+TEST_F(TabWidgetLazyTest, LazyTabsHoldNoWidgetUntilBuiltAndShareOneEmptyPage)
+{
+    VTabWidget tw;
+    tw.resize(500, 300);
+    auto* stack = tw.findChild<QStackedWidget*>();
+    ASSERT_NE(stack, nullptr);
+    auto real = new QLabel(QStringLiteral("real"));
+    tw.addTab(real, QStringLiteral("Real"));
+    std::vector<std::shared_ptr<RecordingFactory>> factories;
+    for (const char* name : {"a", "b", "c"}) {
+        factories.push_back(Factory(QLatin1String(name)));
+        tw.addLazyTab(factories.back(), QLatin1String(name));
+    }
+    EXPECT_EQ(stack->count(), 1) << "three lazy tabs add nothing to the stack";
+
+    // A lazy tab made current while hidden shows the one empty page, whichever tab it is.
+    tw.setCurrentIndex(1);
+    ASSERT_EQ(stack->count(), 2);
+    QWidget* empty = stack->currentWidget();
+    EXPECT_NE(empty, real);
+    EXPECT_TRUE(empty->findChildren<QWidget*>().isEmpty());
+    tw.setCurrentIndex(3);
+    EXPECT_EQ(stack->count(), 2);
+    EXPECT_EQ(stack->currentWidget(), empty);
+
+    tw.show();
+    ASSERT_EQ(factories[2]->createCount, 1);
+    EXPECT_EQ(stack->currentWidget(), factories[2]->lastPage.data());
+    EXPECT_EQ(stack->count(), 3);
+    tw.setCurrentIndex(1);
+    EXPECT_EQ(stack->count(), 4) << "each built page joins the stack; the empty page stays for later";
+    EXPECT_EQ(factories[0]->createCount, 1) << "tab 1 is the first lazy tab";
+    EXPECT_EQ(factories[1]->createCount, 0) << "a tab never current is never built";
     CheckSanity(tw);
 }
 
@@ -507,21 +545,167 @@ TEST_F(TabWidgetOwnershipTest, CornerWidgetAndTabBarVisibility)
     EXPECT_FALSE(corner) << "the replaced corner widget was owned and is deleted";
 }
 
-TEST_F(TabWidgetOwnershipTest, ClosableTabsReportTheCloseButtonClick)
+// Close glyphs clicked through the window, as the platform would deliver the mouse.
+class TabCloseGlyphTest : public ::testing::Test
 {
-    VTabWidget tw;
-    tw.resize(400, 200);
-    tw.setTabsClosable(true);
-    tw.addTab(new QWidget, QStringLiteral("One"));
-    tw.addTab(new QWidget, QStringLiteral("Two"));
-    tw.show();
-    QSignalSpy close(&tw, &VTabWidget::tabCloseRequested);
-    QWidget* button = tw.tabBar()->tabButton(1, QTabBar::RightSide);
-    ASSERT_NE(button, nullptr);
-    QTest::mouseClick(button, Qt::LeftButton);
+protected:
+    void SetUp() override
+    {
+        tw = std::make_unique<VTabWidget>();
+        tw->resize(400, 200);
+        tw->setTabsClosable(true);
+        tw->addTab(new QLabel(QStringLiteral("one")), QStringLiteral("One"));
+        tw->addTab(new QLabel(QStringLiteral("two")), QStringLiteral("Two"));
+        tw->show();
+        ASSERT_TRUE(QTest::qWaitForWindowExposed(tw.get()));
+        bar = tw->tabBar();
+    }
+    void TearDown() override { vx_ui_res::Provider::Instance().ResetForTest(); }
+
+    QPoint InWindow(QPoint barPos) const { return bar->mapTo(tw.get(), barPos); }
+    void Press(QPoint p) { QTest::mousePress(tw->windowHandle(), Qt::LeftButton, Qt::NoModifier, InWindow(p)); }
+    void Move(QPoint p) { QTest::mouseMove(tw->windowHandle(), InWindow(p)); }
+    void Release(QPoint p)
+    {
+        QTest::mouseRelease(tw->windowHandle(), Qt::LeftButton, Qt::NoModifier, InWindow(p));
+    }
+    void Click(QPoint p)
+    {
+        Move(p);
+        Press(p);
+        Release(p);
+    }
+    // The colour of the bar's pixel at `p`, as painted now.
+    QColor PixelAt(QPoint p) const { return bar->grab().toImage().pixelColor(p); }
+
+    std::unique_ptr<VTabWidget> tw;
+    VTabBarBase* bar = nullptr;
+};
+
+TEST_F(TabCloseGlyphTest, ClickingTheGlyphReportsItsTabAndLeavesTheCurrentTab)
+{
+    QSignalSpy close(tw.get(), &VTabWidget::tabCloseRequested);
+    QSignalSpy current(tw.get(), &VTabWidget::currentChanged);
+    const QRect glyph = bar->closeGlyphRect(1);
+    ASSERT_EQ(glyph.size(), QSize(16, 16));
+    EXPECT_TRUE(bar->tabRect(1).contains(glyph)) << "the glyph sits inside its tab";
+    EXPECT_GT(glyph.left(), bar->tabRect(1).center().x()) << "at the tab's right end";
+
+    Click(glyph.center());
     ASSERT_EQ(close.count(), 1);
     EXPECT_EQ(close.at(0).at(0).toInt(), 1);
-    EXPECT_EQ(tw.count(), 2) << "closing is the owner's decision";
+    EXPECT_EQ(tw->count(), 2) << "closing is the owner's decision";
+    EXPECT_EQ(tw->currentIndex(), 0) << "a press on the glyph is not a press on the tab";
+    EXPECT_EQ(current.count(), 0);
+
+    // The tab's label part still switches tabs and closes nothing.
+    Click(QPoint(bar->tabRect(1).left() + 6, bar->tabRect(1).center().y()));
+    EXPECT_EQ(tw->currentIndex(), 1);
+    EXPECT_EQ(close.count(), 1);
+}
+
+TEST_F(TabCloseGlyphTest, ReleasingAwayFromTheGlyphCancelsTheClick)
+{
+    QSignalSpy close(tw.get(), &VTabWidget::tabCloseRequested);
+    const QRect glyph = bar->closeGlyphRect(0);
+    Move(glyph.center());
+    Press(glyph.center());
+    EXPECT_TRUE(bar->isCloseGlyphDown());
+    const QPoint away(bar->tabRect(1).center());
+    Move(away);
+    EXPECT_FALSE(bar->isCloseGlyphDown()) << "a button shows up only while the mouse is over it";
+    Release(away);
+    EXPECT_EQ(close.count(), 0);
+    EXPECT_EQ(tw->currentIndex(), 0) << "the release does not switch tabs either";
+
+    // Back over the glyph before the release: the click counts, as for a button.
+    Move(glyph.center());
+    Press(glyph.center());
+    Move(away);
+    Move(glyph.center());
+    Release(glyph.center());
+    ASSERT_EQ(close.count(), 1);
+    EXPECT_EQ(close.at(0).at(0).toInt(), 0);
+}
+
+TEST_F(TabCloseGlyphTest, GlyphIsPaintedInTheThemeColoursAndHighlightsUnderTheMouse)
+{
+    vx_ui_res::Provider& theme = vx_ui_res::Provider::Instance();
+    const QRect glyph = bar->closeGlyphRect(1);
+    // The cross runs corner to corner through the centre of an 8 x 8 box in the middle.
+    const QPoint onCross = glyph.center();
+    // Left of the cross, inside the rounded background.
+    const QPoint beside(glyph.left() + 2, glyph.center().y());
+    const auto near = [](const QColor& a, const QColor& b) {
+        return qAbs(a.red() - b.red()) + qAbs(a.green() - b.green()) + qAbs(a.blue() - b.blue()) < 60;
+    };
+    const QColor text = theme.GetColor(QStringLiteral("ct_text_secondary"));
+    const QColor hover = theme.GetColor(QStringLiteral("ct_hover"));
+    EXPECT_TRUE(near(PixelAt(onCross), text)) << PixelAt(onCross).name().toStdString();
+    const QColor idle = PixelAt(beside);
+    EXPECT_FALSE(near(idle, hover)) << "no highlight before the mouse comes";
+
+    Move(onCross);
+    EXPECT_EQ(bar->hoveredCloseGlyph(), 1);
+    EXPECT_EQ(PixelAt(beside), hover);
+    Move(bar->tabRect(1).topLeft() + QPoint(4, 4));
+    EXPECT_EQ(bar->hoveredCloseGlyph(), -1);
+    EXPECT_EQ(PixelAt(beside), idle);
+
+    // The dark theme repaints the glyph without anything else happening to the bar.
+    theme.SetTheme(vx_ui_res::Theme::Dark);
+    const QColor darkText = theme.GetColor(QStringLiteral("ct_text_secondary"));
+    ASSERT_FALSE(near(darkText, text)) << "the themes differ here";
+    EXPECT_TRUE(near(PixelAt(onCross), darkText)) << PixelAt(onCross).name().toStdString();
+}
+
+TEST_F(TabCloseGlyphTest, ClosableTabsMakeRoomForTheGlyphWithoutAWidgetPerTab)
+{
+    VTabWidget plain;
+    plain.resize(400, 200);
+    plain.addTab(new QLabel(QStringLiteral("one")), QStringLiteral("One"));
+    plain.addTab(new QLabel(QStringLiteral("two")), QStringLiteral("Two"));
+    plain.show();
+    // QTabBar gives a tab with a 16 px button 16 px plus 4 px of padding more.
+    EXPECT_EQ(bar->tabRect(0).width(), plain.tabBar()->tabRect(0).width() + 20);
+    EXPECT_EQ(bar->tabRect(1).width(), plain.tabBar()->tabRect(1).width() + 20);
+    EXPECT_EQ(bar->findChildren<QWidget*>().size(), plain.tabBar()->findChildren<QWidget*>().size());
+    EXPECT_EQ(bar->tabButton(0, QTabBar::RightSide), nullptr);
+
+    // Turning closing off gives the tabs their plain width back and the glyphs stop answering.
+    QSignalSpy close(tw.get(), &VTabWidget::tabCloseRequested);
+    const QRect glyph = bar->closeGlyphRect(1);
+    tw->setTabsClosable(false);
+    EXPECT_FALSE(bar->tabsClosable());
+    EXPECT_TRUE(bar->closeGlyphRect(1).isEmpty());
+    EXPECT_EQ(bar->tabRect(1).width(), plain.tabBar()->tabRect(1).width());
+    Click(glyph.center());
+    EXPECT_EQ(close.count(), 0);
+
+    // A document-style widget has closable tabs from the start.
+    VTabWidget document(VTabWidget::TabBarStyle::Document);
+    document.addTab(new QWidget, QStringLiteral("Doc"));
+    EXPECT_TRUE(document.tabBar()->tabsClosable());
+    EXPECT_EQ(document.tabBar()->closeGlyphRect(0).size(), QSize(16, 16));
+}
+
+TEST_F(TabCloseGlyphTest, AfterAReorderTheGlyphClosesTheTabItNowBelongsTo)
+{
+    bar->setMovable(true);
+    QSignalSpy moved(tw.get(), &VTabWidget::tabMoved);
+    const QPoint start = bar->tabRect(0).center() - QPoint(10, 0);
+    Move(start);
+    Press(start);
+    for (int dx = 10; dx <= bar->tabRect(1).width() + 10; dx += 10)
+        Move(start + QPoint(dx, 0));
+    Release(start + QPoint(bar->tabRect(1).width() + 10, 0));
+    ASSERT_EQ(moved.count(), 1);
+    ASSERT_EQ(tw->tabText(1), QStringLiteral("One"));
+
+    QSignalSpy close(tw.get(), &VTabWidget::tabCloseRequested);
+    Click(bar->closeGlyphRect(1).center());
+    ASSERT_EQ(close.count(), 1);
+    EXPECT_EQ(close.at(0).at(0).toInt(), 1);
 }
 
 // Mouse gestures on the tab bar through the window, as the platform would deliver them.

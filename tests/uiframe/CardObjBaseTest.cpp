@@ -9,11 +9,14 @@
 
 #include "Platform/Core/MessageDispatch.h"
 #include "Platform/Core/message_body.pb.h"
+#include "Platform/StdUI/LightScrollArea.h"
 
 #include "tests/common/TestSupport.h"
 
-#include <QScrollArea>
+#include <QApplication>
+#include <QScrollBar>
 #include <QSignalSpy>
+#include <QWheelEvent>
 
 #include <gtest/gtest.h>
 
@@ -119,7 +122,7 @@ TEST_F(CardObjBaseTest, ScrollingContentIsSizedToTheIdealSizeAndMadeOnce)
     card->InitContent();
     card->InitContent();
 
-    auto* area = card->findChild<QScrollArea*>(QStringLiteral("CVXCardObjBase_scrollview"));
+    auto* area = card->findChild<vx_std_ui::VLightScrollArea*>(QStringLiteral("CVXCardObjBase_scrollview"));
     ASSERT_NE(area, nullptr);
     EXPECT_EQ(area->parentWidget(), card);
     QWidget* inner = area->widget();
@@ -134,10 +137,20 @@ TEST_F(CardObjBaseTest, ScrollingContentIsSizedToTheIdealSizeAndMadeOnce)
     EXPECT_EQ(area->geometry(), QRect(0, 0, 800, 600));
     // Without auto resize the inner widget keeps its size and the area scrolls.
     EXPECT_EQ(inner->size(), QSize(300, 200));
+    EXPECT_EQ(area->verticalScrollBar(), nullptr) << "content that fits needs no scroll bar";
 
     card->SetContentSize(QSize(900, 700));
     EXPECT_EQ(card->GetContentSize(), QSize(900, 700));
     EXPECT_EQ(inner->size(), QSize(900, 700));
+    // Content larger than the card scrolls: the wheel over it moves it up.
+    ASSERT_NE(area->verticalScrollBar(), nullptr);
+    EXPECT_TRUE(area->verticalScrollBar()->isVisible());
+    const QPoint over(100, 100);
+    QWheelEvent wheel(QPointF(over), QPointF(area->mapToGlobal(over)), QPoint(), QPoint(0, -120), Qt::NoButton,
+                      Qt::NoModifier, Qt::NoScrollPhase, false);
+    QApplication::sendEvent(area, &wheel);
+    EXPECT_GT(area->scrollPosition().y(), 0);
+    EXPECT_EQ(inner->pos(), -area->scrollPosition());
     QSignalSpy sizeSpy(card, &CVXCardObjBase::CardCurrentSizeChanged);
     card->UpdateBoxSizeByContentSize(QSize(320, 240));
     ASSERT_EQ(sizeSpy.count(), 1);
@@ -151,7 +164,7 @@ TEST_F(CardObjBaseTest, ContentWithoutScrollingIsTheCardItself)
     card.SetContentEnableScroll(false);
     card.InitContent();
     EXPECT_EQ(card.initContentCalls, (std::vector<QWidget*>{&card}));
-    EXPECT_EQ(card.findChild<QScrollArea*>(), nullptr);
+    EXPECT_EQ(card.findChild<vx_std_ui::VLightScrollArea*>(), nullptr);
     EXPECT_EQ(card.GetContentWidget(), &card);
 }
 

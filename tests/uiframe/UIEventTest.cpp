@@ -11,6 +11,8 @@
 
 #include "tests/common/TestSupport.h"
 
+#include <QPointer>
+
 #include <gtest/gtest.h>
 
 #include <memory>
@@ -493,6 +495,107 @@ TEST_F(UIEventDispatchTest, RecursiveDispatchIncludesTheRootUnlessExcluded)
 
     core::ui_event::DispatchUIEventToAllChildRecursivelyWithThis(nullptr, &clicked);
     EXPECT_EQ(vxtest::CountAssertions("pRoot"), 1);
+}
+
+namespace {
+
+// A polymorphic base in front of the handler part: the handler sits further into the object than
+// in CClickListener, so a handler found through the wrong type's layout would be the wrong object.
+class CLabelled
+{
+public:
+    virtual ~CLabelled() = default;
+    virtual std::string Label() const { return label; }
+    std::string label;
+    char padding[40] = {};
+};
+
+class CLabelledListener : public QWidget, public CLabelled, public VUIEventHandler
+{
+    Q_OBJECT
+public:
+    CLabelledListener(QWidget* parent, const char* name, std::vector<std::string>* sink) : QWidget(parent), log(sink)
+    {
+        label = name;
+        RegisterUIEventHandler<CardEventClicked>(this, &CLabelledListener::OnCardEventClicked);
+    }
+    void OnCardEventClicked(const CardEventClicked*) { log->push_back(Label()); }
+    std::vector<std::string>* log;
+};
+
+} // namespace
+
+TEST_F(UIEventDispatchTest, HandlersOfDifferentLayoutsAreEachReachedAsThemselves)
+{
+    std::vector<std::string> log;
+    QWidget root;
+    // Interleaved types, each twice, at two depths.
+    auto* a = new CLabelledListener(&root, "labelled-a", &log);
+    auto* b = new CClickListener(&root, "click-b");
+    b->log = &log;
+    auto* holder = new QWidget(&root);
+    new CLabelledListener(holder, "labelled-c", &log);
+    auto* d = new CClickListener(holder, "click-d");
+    d->log = &log;
+    new CLabelledListener(a, "labelled-e", &log);
+
+    const CardEventClicked clicked;
+    Platform::UIEvent::DispatchUIEventToAllChildRecursively(&root, &clicked);
+    Platform::UIEvent::DispatchUIEventToAllChildRecursively(&root, &clicked);
+    const std::vector<std::string> once = {"labelled-a", "labelled-e", "click-b", "labelled-c", "click-d"};
+    std::vector<std::string> twice = once;
+    twice.insert(twice.end(), once.begin(), once.end());
+    EXPECT_EQ(log, twice);
+}
+
+TEST_F(UIEventDispatchTest, HandlerDeletingItsOwnContainerEndsThatContainerOnly)
+{
+    vxtest::ExpectAssertion(kReleasedMessage);
+    std::vector<std::string> log;
+    QWidget root;
+    QPointer<QWidget> first = new QWidget(&root);
+    auto* deleter = new CClickListener(first, "deleter");
+    auto* sibling = new CClickListener(first, "sibling");
+    auto* second = new QWidget(&root);
+    auto* later = new CClickListener(second, "later");
+    auto* nested = new CClickListener(new QWidget(later), "nested");
+    for (CClickListener* l : {deleter, sibling, later, nested})
+        l->log = &log;
+    deleter->onClicked = [&first](const CardEventClicked*) { delete first.data(); };
+
+    const CardEventClicked clicked;
+    Platform::UIEvent::DispatchUIEventToAllChildRecursively(&root, &clicked);
+    EXPECT_TRUE(first.isNull());
+    // The deleter's container went with everything in it; the walk goes on beside it.
+    EXPECT_EQ(log, (std::vector<std::string>{"deleter", "later", "nested"}));
+    // Reported for the deleter, found dead after its handler, and for its sibling.
+    EXPECT_EQ(vxtest::CountAssertions(kReleasedMessage), 2);
+}
+
+TEST_F(UIEventDispatchTest, ChildrenAddedDuringTheWalkWaitAndTheOthersStillReceive)
+{
+    std::vector<std::string> log;
+    QWidget root;
+    auto* adder = new CClickListener(&root, "adder");
+    auto* next = new CClickListener(&root, "next");
+    CClickListener* added = nullptr;
+    adder->log = &log;
+    next->log = &log;
+    adder->onClicked = [&root, &added, &log](const CardEventClicked*) {
+        if (added)
+            return;
+        added = new CClickListener(&root, "added");
+        added->log = &log;
+    };
+
+    const CardEventClicked clicked;
+    Platform::UIEvent::DispatchUIEventToAllChildRecursively(&root, &clicked);
+    // The list of the root's children was taken before the new one came.
+    EXPECT_EQ(log, (std::vector<std::string>{"adder", "next"}));
+    log.clear();
+    Platform::UIEvent::DispatchUIEventToAllChildRecursively(&root, &clicked);
+    EXPECT_EQ(log, (std::vector<std::string>{"adder", "next", "added"}));
+    EXPECT_EQ(vxtest::CountAssertions(kReleasedMessage), 0);
 }
 
 #include "UIEventTest.moc"
