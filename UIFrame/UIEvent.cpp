@@ -41,7 +41,10 @@ class CSharedHandler
 public:
     explicit CSharedHandler(VUIEventHandler::HandlerFn fn) : m_pShared(new Shared{std::move(fn), 1}) {}
     CSharedHandler(const CSharedHandler& other) : m_pShared(other.m_pShared) { ++m_pShared->refs; }
-    CSharedHandler(CSharedHandler&& other) noexcept : m_pShared(other.m_pShared) { other.m_pShared = nullptr; }
+    CSharedHandler(CSharedHandler&& other) noexcept : m_pShared(other.m_pShared)
+    {
+        other.m_pShared = nullptr;
+    }
     CSharedHandler& operator=(const CSharedHandler&) = delete;
     CSharedHandler& operator=(CSharedHandler&&) = delete;
     ~CSharedHandler()
@@ -156,8 +159,9 @@ private:
         IVUIEventHandlerBase* handler = dynamic_cast<IVUIEventHandlerBase*>(widget);
         if (m_used * 2 < kSlots) {
             ++m_used;
-            m_slots[free] = Slot{type, handler ? reinterpret_cast<char*>(handler) - reinterpret_cast<char*>(widget) : 0,
-                                 handler != nullptr};
+            m_slots[free] =
+                Slot{type, handler ? reinterpret_cast<char*>(handler) - reinterpret_cast<char*>(widget) : 0,
+                     handler != nullptr};
         }
         return handler;
     }
@@ -252,12 +256,13 @@ struct WalkLevel
     const WalkLevel* parent; // the level whose children include `root`; null for the top root
     QWidget* root;
     QVarLengthArray<Entry, 8> entries; // the root's children when the level was reached
-    mutable unsigned checkedAt;         // handlersRun when all of `entries` last lived
+    mutable unsigned checkedAt;        // handlersRun when all of `entries` last lived
 };
 
 // Offers the event to the children of level.root and their subtrees. Children that are neither
 // handlers nor hold anything are passed over.
-void DispatchToChildren(const WalkLevel& level, const IVUIEventTypeBase* event, QWidget* exclude, QWidget* skip)
+void DispatchToChildren(const WalkLevel& level, const IVUIEventTypeBase* event, QWidget* exclude,
+                        QWidget* skip)
 {
     WalkContext* context = level.context;
     for (const WalkLevel::Entry& entry : level.entries) {
@@ -265,8 +270,6 @@ void DispatchToChildren(const WalkLevel& level, const IVUIEventTypeBase* event, 
             continue;
         if (!level.ChildAlive(entry.object)) {
             VX_ASSERT_LEVEL(kReleasedDuringDispatch, core::assertion::kLevelWarning);
-            if (!level.RootAlive())
-                return; // the root and every child it had went together
             continue;
         }
         auto* child = static_cast<QWidget*>(entry.object);

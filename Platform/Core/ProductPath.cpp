@@ -6,6 +6,7 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
+#include <QSet>
 #include <QStandardPaths>
 
 #include <mutex>
@@ -45,8 +46,17 @@ QString DataRoot()
 QString UserFolderNamed(const QString& name)
 {
     const QString folder = DataRoot() + QStringLiteral("/users/") + name;
+    // Asked on every report and file operation: touch the file system only the first time (and
+    // again when the folder has gone).
+    static std::mutex s_mutex;
+    static QSet<QString> s_made;
+    std::lock_guard<std::mutex> lock(s_mutex);
+    if (s_made.contains(folder) && QFileInfo::exists(folder))
+        return folder;
     if (!QDir().mkpath(folder))
         VXLOG_ERROR("product_path::GetUserFolder: cannot create {}", folder);
+    else
+        s_made.insert(folder);
     return folder;
 }
 

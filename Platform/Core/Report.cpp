@@ -13,8 +13,10 @@
 #include <condition_variable>
 #include <deque>
 #include <map>
+#include <memory>
 #include <mutex>
 #include <set>
+#include <sstream>
 #include <thread>
 #include <vector>
 
@@ -23,11 +25,15 @@ namespace {
 
 constexpr size_t kMaxKeptLinesPerFile = 10000;
 
+// A report waiting for the writer; it is turned into text on the writer's thread, so reporting
+// costs the main thread only the building of the JSON object.
 struct Line
 {
     QString path;
-    std::string text;
+    Json::Value value;
 };
+
+std::string ToLine(const Json::Value& value);
 
 // The single writer: one thread appends queued lines in the order they were reported.
 class FileWriter
@@ -97,7 +103,7 @@ private:
             const QString& path = batch[i].path;
             std::vector<std::string>& lines = m_kept[path];
             for (; i < batch.size() && batch[i].path == path; ++i)
-                lines.push_back(batch[i].text);
+                lines.push_back(ToLine(batch[i].value));
             WriteKept(path, lines);
             if (lines.empty())
                 m_kept.erase(path);
@@ -177,11 +183,16 @@ State& S()
 
 std::string ToLine(const Json::Value& value)
 {
-    Json::StreamWriterBuilder builder;
-    builder["indentation"] = "";
-    builder["emitUTF8"] = true;
     // Strings are escaped, so the text never contains a line break.
-    return Json::writeString(builder, value);
+    thread_local const std::unique_ptr<Json::StreamWriter> writer = [] {
+        Json::StreamWriterBuilder builder;
+        builder["indentation"] = "";
+        builder["emitUTF8"] = true;
+        return std::unique_ptr<Json::StreamWriter>(builder.newStreamWriter());
+    }();
+    std::ostringstream out;
+    writer->write(value, &out);
+    return out.str();
 }
 
 Json::Value FieldsOrEmpty(const Json::Value& fields)
@@ -192,19 +203,18 @@ Json::Value FieldsOrEmpty(const Json::Value& fields)
 void Emit(Json::Value value)
 {
     value["time"] = Json::Int64(time_date::GetServerTimeMs());
-    std::string line = ToLine(value);
     Writer writer;
     {
         std::lock_guard<std::mutex> lock(S().mutex);
         writer = S().writer;
     }
     if (writer) {
-        writer(line);
+        writer(ToLine(value));
         return;
     }
     // The folder is resolved now: the user may log out before the line is written.
     const QString path = product_path::GetCurrentUserFolder() + QStringLiteral("/reports.jsonl");
-    TheFileWriter().Enqueue({path, std::move(line)});
+    TheFileWriter().Enqueue({path, std::move(value)});
 }
 
 } // namespace

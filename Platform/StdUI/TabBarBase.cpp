@@ -53,8 +53,8 @@ constexpr qreal kCloseGlyphCornerRadius = 4.0;
 
 bool IsVertical(QTabBar::Shape shape)
 {
-    return shape == QTabBar::RoundedWest || shape == QTabBar::RoundedEast || shape == QTabBar::TriangularWest ||
-           shape == QTabBar::TriangularEast;
+    return shape == QTabBar::RoundedWest || shape == QTabBar::RoundedEast ||
+           shape == QTabBar::TriangularWest || shape == QTabBar::TriangularEast;
 }
 
 // Drawn as an icon button with the close glyph would draw itself in that state, into `painter`
@@ -339,7 +339,8 @@ QSize VTabBarBase::tabSizeHint(int index) const
         return size;
     // The room QTabBar makes for a button on a tab: its extent plus padding along the bar, and at
     // least its height (with the tab's vertical margin) across.
-    const int across = kCloseGlyphSize.height() + style()->pixelMetric(QStyle::PM_TabBarTabVSpace, nullptr, this);
+    const int across =
+        kCloseGlyphSize.height() + style()->pixelMetric(QStyle::PM_TabBarTabVSpace, nullptr, this);
     if (IsVertical(shape())) {
         size.rheight() += kCloseGlyphSize.width() + kCloseGlyphPadding;
         size.setWidth(qMax(size.width(), across));

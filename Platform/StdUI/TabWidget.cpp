@@ -35,12 +35,14 @@ public:
         delete m_corner;
     }
 
+    // The items keep their widgets' size hints until the widgets announce a change (as the items
+    // of Qt's own layouts do): the bar's hint measures every tab's text.
     void setBarAndStack(QWidget* bar, QWidget* stack)
     {
         addChildWidget(bar);
         addChildWidget(stack);
-        m_bar = new QWidgetItem(bar);
-        m_stack = new QWidgetItem(stack);
+        m_bar = new QWidgetItemV2(bar);
+        m_stack = new QWidgetItemV2(stack);
         invalidate();
     }
 
@@ -51,7 +53,7 @@ public:
         m_corner = nullptr;
         if (corner) {
             addChildWidget(corner);
-            m_corner = new QWidgetItem(corner);
+            m_corner = new QWidgetItemV2(corner);
             m_corner->setAlignment(Qt::AlignVCenter);
         }
         invalidate();
@@ -91,9 +93,11 @@ public:
         if (shown(m_bar))
             m_bar->setGeometry(QRect(rect.x(), rect.y(), qMax(0, rect.width() - corner.width()), rowHeight));
         if (shown(m_corner))
-            m_corner->setGeometry(QRect(rect.right() + 1 - corner.width(), rect.y(), corner.width(), rowHeight));
+            m_corner->setGeometry(
+                QRect(rect.right() + 1 - corner.width(), rect.y(), corner.width(), rowHeight));
         if (m_stack)
-            m_stack->setGeometry(QRect(rect.x(), rect.y() + rowHeight, rect.width(), qMax(0, rect.height() - rowHeight)));
+            m_stack->setGeometry(
+                QRect(rect.x(), rect.y() + rowHeight, rect.width(), qMax(0, rect.height() - rowHeight)));
     }
 
 private:

@@ -82,7 +82,7 @@ class VXSTDUI_EXPORT VTabWidget : public QWidget
     Q_OBJECT
 public:
     // How the built-in bar behaves. Normal: tabs keep their natural width, fixed order.
-    // Document: movable tabs with themed close buttons. Expanding: tabs share the bar's width.
+    // Document: movable tabs with themed close glyphs. Expanding: tabs share the bar's width.
     enum class TabBarStyle
     {
         Normal,

@@ -238,11 +238,7 @@ void CVXPanelLayoutManager::RemovePanelLayoutData(unsigned long long key)
     d->keys.removeAt(index);
 
     // An empty template asks the worker to delete the file (see WriteUserFileIfNewest).
-    const quint64 ticket = ++d->tickets->next;
-    {
-        QMutexLocker lock(&d->tickets->mutex);
-        d->tickets->newest.insert(key, ticket);
-    }
+    const quint64 ticket = d->tickets->Issue(key);
     const auto tickets = d->tickets;
     const QString folder = GetUserFolder();
     const QString path = GetPanelLayoutFilePath(key);
@@ -473,11 +469,7 @@ void CVXPanelLayoutManager::AsyncSavePanelLayoutToUserFolder(const CVXPanelLayou
                                                              std::function<void(bool)> done)
 {
     const unsigned long long key = layout.layoutKey();
-    const quint64 ticket = ++d->tickets->next;
-    {
-        QMutexLocker lock(&d->tickets->mutex);
-        d->tickets->newest.insert(key, ticket);
-    }
+    const quint64 ticket = d->tickets->Issue(key);
     const auto tickets = d->tickets;
     const QString folder = GetUserFolder();
     const QString path = GetPanelLayoutFilePath(key);

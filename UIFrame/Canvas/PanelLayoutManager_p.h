@@ -18,6 +18,15 @@ struct VXPanelLayoutFileTickets
     QMutex mutex;
     QHash<unsigned long long, quint64> newest;
     quint64 next = 0; // main thread only
+
+    // A new ticket for the layout's file; only the newest ticket of a key may write it.
+    quint64 Issue(unsigned long long key)
+    {
+        const quint64 ticket = ++next;
+        QMutexLocker lock(&mutex);
+        newest.insert(key, ticket);
+        return ticket;
+    }
 };
 
 struct CVXPanelLayoutManager::Impl

@@ -139,6 +139,9 @@ CVXPanelScrollView::CVXPanelScrollView(QWidget* parent)
 
 CVXPanelScrollView::~CVXPanelScrollView()
 {
+    // The undo stack (a base) is destroyed after d and clears itself then, announcing the index
+    // change to a handler that would reach into d.
+    disconnect(GetQUndoStack(), nullptr, this, nullptr);
     core::__CMessageDispatch::Instance().UnBind(kMsgPanelLinkageDataChanged, this);
     LiveCanvases().removeAll(QPointer<CVXPanelScrollView>(this));
     LiveCanvases().removeAll(QPointer<CVXPanelScrollView>());

@@ -50,7 +50,7 @@ public:
         QString strCardType;
         CVXVariantMapTree cardData;
         CVXVariantMapTree property;
-        int nIndex = -1;                  // -1: at the end
+        int nIndex = -1;                 // -1: at the end
         unsigned long long u64TabId = 0; // 0: a new tab id
     };
 
@@ -94,7 +94,8 @@ public:
     bool Append(const CVXVariantMapTree& record, const QVector<unsigned long long>& tabIds);
     void SwitchCard(const QString& cardType);
     bool CreateCard(CardInfoExt& info);
-    bool CreateCardAndOpen(const QString& cardType, const CVXVariantMapTree& data, const CVXVariantMapTree& property);
+    bool CreateCardAndOpen(const QString& cardType, const CVXVariantMapTree& data,
+                           const CVXVariantMapTree& property);
     bool FindCardByCardTypeToSetAccountAndProperty(const QString& cardType, const CVXVariantMapTree& account,
                                                    const CVXVariantMapTree& property);
     bool FindCardByCardTypeAndAccountToSetProperty(const QString& cardType, const CVXVariantMapTree& account,
@@ -167,9 +168,11 @@ private:
     void OnCardEventSearchClicked(const CardEventSearchClicked* event);
     void OnCardEventCommonJump(const CardEventCommonJump* event);
     void OnCardEventPostionsOpenPlaceOrder(const CardEventPostionsOpenPlaceOrder* event);
-    void OnCardEventPostionsOpenPlaceOrderComboOption(const CardEventPostionsOpenPlaceOrderComboOption* event);
+    void
+    OnCardEventPostionsOpenPlaceOrderComboOption(const CardEventPostionsOpenPlaceOrderComboOption* event);
     void OnCardEventOpenTradeOrders(const CardEventOpenTradeOrders* event);
-    void OnCardEventPlaceOrderComboOptionOpenOptionChain(const CardEventPlaceOrderComboOptionOpenOptionChain* event);
+    void OnCardEventPlaceOrderComboOptionOpenOptionChain(
+        const CardEventPlaceOrderComboOptionOpenOptionChain* event);
 
     struct Impl;
     std::unique_ptr<Impl> d;

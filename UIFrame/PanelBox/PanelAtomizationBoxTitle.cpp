@@ -4,6 +4,7 @@
 #include "UIFrame/PanelBox/PanelAtomizationBox_p.h"
 
 #include "UIFrame/Linkage/PanelCurGroupBtn.h"
+#include "UIFrame/UIEvent.h"
 
 #include "Platform/StdUI/IconButton.h"
 #include "Platform/StdUI/TabWidget.h"
@@ -18,9 +19,15 @@ namespace {
 // The title strip's buttons in a row: fixed-size buttons placed left to right, centred vertically,
 // 2 px apart, 4 px in from the left and 8 px from the right, where the margin keeps them clear of
 // the right edge's resize band. Placed by hand: a layout per box costs more than this row needs.
-class CTitleButtonRow : public QWidget
+// The row is the box's own chrome, never card content: card events spreading through the box
+// (a linked stock change reaches every box of its group) stop here instead of visiting each button.
+class CTitleButtonRow : public QWidget, public IVUIEventHandlerBase
 {
 public:
+    void DirectHandleUIEvent(const IVUIEventTypeBase*) override {}
+    bool IsContinueDispatchUIEventToAllChild() const override { return false; }
+    bool HasListenedEvent(const IVUIEventTypeBase*) const override { return false; }
+
     static constexpr int kLeftMargin = 4;
     static constexpr int kRightMargin = 8;
     static constexpr int kSpacing = 2;
@@ -103,8 +110,10 @@ private:
     QString CacheKey(qreal ratio) const
     {
         const vx_ui_res::Provider& theme = vx_ui_res::Provider::Instance();
-        const QString bgKey = vx_std_ui::IconButtonBackgroundKey(IsHovered() && isEnabled(), isDown(), isChecked());
-        const QColor background = !bgKey.isEmpty() && theme.HasColor(bgKey) ? theme.GetColor(bgKey) : QColor();
+        const QString bgKey =
+            vx_std_ui::IconButtonBackgroundKey(IsHovered() && isEnabled(), isDown(), isChecked());
+        const QColor background =
+            !bgKey.isEmpty() && theme.HasColor(bgKey) ? theme.GetColor(bgKey) : QColor();
         QString glyphKey = isEnabled() ? GlyphColorKey() : QStringLiteral("ct_text_disabled");
         if (!theme.HasColor(glyphKey))
             glyphKey = QStringLiteral("ct_text_secondary");
@@ -138,4 +147,3 @@ void CVXPanelAtomizationBox::Impl::BuildTitleStrip()
     QObject::connect(menuBtn, &QAbstractButton::clicked, q, &CVXPanelAtomizationBox::OnClickMenu);
     QObject::connect(closeBtn, &QAbstractButton::clicked, q, &CVXPanelAtomizationBox::OnClickClose);
 }
-

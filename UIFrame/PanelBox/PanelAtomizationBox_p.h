@@ -211,7 +211,8 @@ struct CVXPanelAtomizationBox::Impl
     void UpdateHoverCursor(const QPoint& local)
     {
         const CVXPanelBaseBox::HitPos hit = q->HitTestMouseMove(local);
-        const CVXPanelBaseBox::HitPos wanted = panelbox_detail::IsEdgeHit(hit) ? hit : CVXPanelBaseBox::HitNone;
+        const CVXPanelBaseBox::HitPos wanted =
+            panelbox_detail::IsEdgeHit(hit) ? hit : CVXPanelBaseBox::HitNone;
         if (wanted == hoverCursorHit)
             return;
         hoverCursorHit = wanted;

@@ -32,7 +32,8 @@ struct BarState
     bool operator==(const BarState& other) const
     {
         // The range and page of a hidden bar do not show.
-        return visible == other.visible && (!visible || (maximum == other.maximum && pageStep == other.pageStep));
+        return visible == other.visible &&
+               (!visible || (maximum == other.maximum && pageStep == other.pageStep));
     }
 };
 
@@ -46,8 +47,8 @@ BarState StateOf(const QScrollBar* bar)
 
 std::ostream& operator<<(std::ostream& out, const BarState& state)
 {
-    return out << (state.visible ? "shown, max " : "hidden") << (state.visible ? state.maximum : 0) << " page "
-               << state.pageStep;
+    return out << (state.visible ? "shown, max " : "hidden") << (state.visible ? state.maximum : 0)
+               << " page " << state.pageStep;
 }
 
 // A wheel notch as a child that ignores it hands it to the area: the area's answer is whether the
@@ -55,8 +56,8 @@ std::ostream& operator<<(std::ostream& out, const BarState& state)
 bool WheelAccepted(QWidget* area, QPoint delta)
 {
     const QPoint pos(5, 5);
-    QWheelEvent wheel(QPointF(pos), QPointF(area->mapToGlobal(pos)), QPoint(), delta, Qt::NoButton, Qt::NoModifier,
-                      Qt::NoScrollPhase, false);
+    QWheelEvent wheel(QPointF(pos), QPointF(area->mapToGlobal(pos)), QPoint(), delta, Qt::NoButton,
+                      Qt::NoModifier, Qt::NoScrollPhase, false);
     QApplication::sendEvent(area, &wheel);
     return wheel.isAccepted();
 }
@@ -77,16 +78,11 @@ TEST_F(LightScrollAreaTest, BarsAndRangesMatchQScrollAreaForTheSameSizes)
         QSize area;
         QSize inner;
     } rows[] = {
-        {{300, 200}, {300, 200}},
-        {{300, 200}, {100, 50}},
-        {{300, 200}, {301, 200}},
-        {{300, 200}, {300, 201}},
-        {{300, 200}, {900, 700}},
-        {{300, 200}, {600, 200 - extent + 1}},
-        {{300, 200}, {600, 200 - extent}},
-        {{300, 200}, {300 - extent + 1, 500}},
-        {{300, 200}, {300 - extent, 500}},
-        {{120, 80}, {121, 81}},
+        {{300, 200}, {300, 200}},          {{300, 200}, {100, 50}},
+        {{300, 200}, {301, 200}},          {{300, 200}, {300, 201}},
+        {{300, 200}, {900, 700}},          {{300, 200}, {600, 200 - extent + 1}},
+        {{300, 200}, {600, 200 - extent}}, {{300, 200}, {300 - extent + 1, 500}},
+        {{300, 200}, {300 - extent, 500}}, {{120, 80}, {121, 81}},
     };
     for (const auto& row : rows) {
         QScrollArea reference;
@@ -108,9 +104,9 @@ TEST_F(LightScrollAreaTest, BarsAndRangesMatchQScrollAreaForTheSameSizes)
         QCoreApplication::processEvents();
         QCoreApplication::processEvents();
 
-        const std::string where = "area " + std::to_string(row.area.width()) + "x" +
-                                  std::to_string(row.area.height()) + ", inner " +
-                                  std::to_string(row.inner.width()) + "x" + std::to_string(row.inner.height());
+        const std::string where =
+            "area " + std::to_string(row.area.width()) + "x" + std::to_string(row.area.height()) +
+            ", inner " + std::to_string(row.inner.width()) + "x" + std::to_string(row.inner.height());
         EXPECT_EQ(StateOf(light.horizontalScrollBar()), StateOf(reference.horizontalScrollBar())) << where;
         EXPECT_EQ(StateOf(light.verticalScrollBar()), StateOf(reference.verticalScrollBar())) << where;
         EXPECT_EQ(light.viewportSize(), reference.viewport()->size()) << where;

@@ -563,7 +563,10 @@ protected:
     void TearDown() override { vx_ui_res::Provider::Instance().ResetForTest(); }
 
     QPoint InWindow(QPoint barPos) const { return bar->mapTo(tw.get(), barPos); }
-    void Press(QPoint p) { QTest::mousePress(tw->windowHandle(), Qt::LeftButton, Qt::NoModifier, InWindow(p)); }
+    void Press(QPoint p)
+    {
+        QTest::mousePress(tw->windowHandle(), Qt::LeftButton, Qt::NoModifier, InWindow(p));
+    }
     void Move(QPoint p) { QTest::mouseMove(tw->windowHandle(), InWindow(p)); }
     void Release(QPoint p)
     {

@@ -146,8 +146,8 @@ TEST_F(CardObjBaseTest, ScrollingContentIsSizedToTheIdealSizeAndMadeOnce)
     ASSERT_NE(area->verticalScrollBar(), nullptr);
     EXPECT_TRUE(area->verticalScrollBar()->isVisible());
     const QPoint over(100, 100);
-    QWheelEvent wheel(QPointF(over), QPointF(area->mapToGlobal(over)), QPoint(), QPoint(0, -120), Qt::NoButton,
-                      Qt::NoModifier, Qt::NoScrollPhase, false);
+    QWheelEvent wheel(QPointF(over), QPointF(area->mapToGlobal(over)), QPoint(), QPoint(0, -120),
+                      Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
     QApplication::sendEvent(area, &wheel);
     EXPECT_GT(area->scrollPosition().y(), 0);
     EXPECT_EQ(inner->pos(), -area->scrollPosition());

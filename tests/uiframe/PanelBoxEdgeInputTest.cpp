@@ -59,15 +59,14 @@ TEST_F(PanelBoxEdgeInputTest, BandsOverTheCardResizeTheBoxAndTheCardNeverSeesThe
     Release(box, bottom + QPoint(0, 40));
     EXPECT_EQ(Commands(), 1);
 
-    // The left band (x <= 7): the right edge stays where it is.
-    const QPoint left(3, 150);
-    ASSERT_EQ(box->childAt(left), button);
-    Press(box, left);
-    fprintf(stderr, "DBG after press %d,%d %dx%d\n", box->x(), box->y(), box->width(), box->height());
-    MoveTo(box, left - QPoint(30, 0));
-    fprintf(stderr, "DBG after move %d,%d %dx%d\n", box->x(), box->y(), box->width(), box->height());
-    Release(box, left - QPoint(30, 0));
-    fprintf(stderr, "DBG after release %d,%d %dx%d\n", box->x(), box->y(), box->width(), box->height());
+    // The left band (x <= 7): the right edge stays where it is. Points in the canvas's content,
+    // which stays put while the box moves.
+    ASSERT_EQ(box->childAt(QPoint(3, 150)), button);
+    QWidget* content = Canvas()->GetContentWidget();
+    const QPoint left = box->mapTo(content, QPoint(3, 150));
+    Press(content, left);
+    MoveTo(content, left - QPoint(30, 0));
+    Release(content, left - QPoint(30, 0));
     EXPECT_EQ(box->geometry(), QRect(70, 100, 430, 340));
     EXPECT_EQ(Commands(), 2);
     EXPECT_EQ(pressed.count(), 0) << "presses in the bands are the box's";
@@ -84,16 +83,18 @@ TEST_F(PanelBoxEdgeInputTest, ACornerOverTheCardMovesBothOfItsEdges)
     CVXPanelAtomizationBox* box = AddBox(QRect(100, 100, 400, 300), {{kAlpha, 1}});
     CoverCardWithButton(box);
     // Bottom-right (hit 20): x >= W - 7 and y >= H - 7.
-    const QPoint corner(397, 297);
-    Press(box, corner);
-    MoveTo(box, corner + QPoint(30, 20));
-    Release(box, corner + QPoint(30, 20));
+    // Points in the canvas's content, which stays put while the box moves.
+    QWidget* content = Canvas()->GetContentWidget();
+    const QPoint corner = box->mapTo(content, QPoint(397, 297));
+    Press(content, corner);
+    MoveTo(content, corner + QPoint(30, 20));
+    Release(content, corner + QPoint(30, 20));
     EXPECT_EQ(box->geometry(), QRect(100, 100, 430, 320));
     // Bottom-left (hit 18): the left edge and the bottom move, the top and right stay.
-    const QPoint other(3, 317);
-    Press(box, other);
-    MoveTo(box, other + QPoint(-20, 10));
-    Release(box, other + QPoint(-20, 10));
+    const QPoint other = box->mapTo(content, QPoint(3, 317));
+    Press(content, other);
+    MoveTo(content, other + QPoint(-20, 10));
+    Release(content, other + QPoint(-20, 10));
     EXPECT_EQ(box->geometry(), QRect(80, 100, 450, 330));
     EXPECT_EQ(Commands(), 2);
     Canvas()->Undo();
@@ -169,19 +170,23 @@ TEST_F(PanelBoxEdgeInputTest, TitleButtonsSitWhereTheRowPutsThemAndPaintTheirSta
     const auto near = [](const QColor& a, const QColor& b) {
         return qAbs(a.red() - b.red()) + qAbs(a.green() - b.green()) + qAbs(a.blue() - b.blue()) < 60;
     };
-    const QPoint centre(12, 12);   // on the cross
-    const QPoint beside(2, 12);    // left of the cross, inside the rounded background
+    const QPoint centre(12, 12); // on the cross
+    const QPoint beside(2, 12);  // left of the cross, inside the rounded background
+    // The mouse comes from inside the box, as a user's would.
+    MoveTo(box, QPoint(200, 150));
     const QColor idle = close->grab().toImage().pixelColor(beside);
     EXPECT_TRUE(near(close->grab().toImage().pixelColor(centre), text));
-    EXPECT_FALSE(near(idle, hover));
+    EXPECT_NE(idle, hover);
     MoveTo(close, centre);
     EXPECT_EQ(close->grab().toImage().pixelColor(beside), hover) << "hovered: the theme's hover background";
     MoveTo(menu, QPoint(12, 12));
     EXPECT_EQ(close->grab().toImage().pixelColor(beside), idle);
 
     // Still a button: a click closes the box.
+    const unsigned long long id = box->GetBoxId();
     Click(close, centre);
-    EXPECT_TRUE(box->IsDeleted());
+    EXPECT_EQ(CVXPanelBoxManager::instance()->GetPanelBox(id), nullptr);
+    EXPECT_TRUE(Canvas()->GetPanelBoxes().isEmpty());
 }
 
 TEST_F(PanelBoxEdgeInputTest, TheMaskIsMadeWhenTheBoxFirstNeedsOne)

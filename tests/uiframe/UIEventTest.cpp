@@ -514,7 +514,8 @@ class CLabelledListener : public QWidget, public CLabelled, public VUIEventHandl
 {
     Q_OBJECT
 public:
-    CLabelledListener(QWidget* parent, const char* name, std::vector<std::string>* sink) : QWidget(parent), log(sink)
+    CLabelledListener(QWidget* parent, const char* name, std::vector<std::string>* sink)
+        : QWidget(parent), log(sink)
     {
         label = name;
         RegisterUIEventHandler<CardEventClicked>(this, &CLabelledListener::OnCardEventClicked);
