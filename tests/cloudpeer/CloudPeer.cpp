@@ -13,6 +13,8 @@
 #include "UIFrame/Canvas/PanelLayoutCloudSync.h"
 #include "UIFrame/Canvas/PanelLayoutManager.h"
 
+#include "tests/common/LeakSuppressions.h"
+
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QThread>

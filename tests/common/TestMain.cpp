@@ -3,6 +3,8 @@
 
 #include "tests/common/TestSupport.h"
 
+#include "tests/common/LeakSuppressions.h"
+
 #include <QApplication>
 #include <QFont>
 #include <QTemporaryDir>
@@ -20,13 +22,6 @@ class ErrorListener : public ::testing::EmptyTestEventListener
 };
 
 } // namespace
-
-// Sanitizer builds: Qt's platform plug-in and fontconfig keep process-lifetime allocations that
-// the leak checker would report at exit.
-extern "C" const char* __lsan_default_suppressions()
-{
-    return "leak:libqoffscreen\nleak:libfontconfig\nleak:libQt5Gui\nleak:libQt5Core\n";
-}
 
 int main(int argc, char** argv)
 {
