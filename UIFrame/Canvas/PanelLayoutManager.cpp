@@ -10,6 +10,7 @@
 #include "Platform/Core/Langx.h"
 #include "Platform/Core/Log.h"
 #include "Platform/Core/LoginState.h"
+#include "Platform/Core/Post.h"
 #include "Platform/Core/ProductPath.h"
 #include "Platform/Core/TimeDate.h"
 
@@ -237,22 +238,10 @@ void CVXPanelLayoutManager::RemovePanelLayoutData(unsigned long long key)
     d->layouts.removeAt(index);
     d->keys.removeAt(index);
 
-    // An empty template asks the worker to delete the file (see WriteUserFileIfNewest).
-    const quint64 ticket = d->tickets->Issue(key);
-    const auto tickets = d->tickets;
-    const QString folder = GetUserFolder();
-    const QString path = GetPanelLayoutFilePath(key);
-    ++d->pendingFileWork;
-    core::concurrency::ComputeInThreadPool<bool>(
-        QPointer<QObject>(this),
-        [tickets, ticket, key, folder, path] {
-            return WriteUserFileIfNewest(tickets, ticket, key, CVXPanelLayoutTemplate(), folder, path);
-        },
-        [this](core::ErrorOrValue<bool, ErrorValue> result) {
-            --d->pendingFileWork;
-            if (result.HasError())
-                VXLOG_ERROR("CVXPanelLayoutManager::RemovePanelLayoutData: {}", result.Error().message);
-        });
+    ScheduleUserFileWork(key, CVXPanelLayoutTemplate(), [](core::ErrorOrValue<bool, ErrorValue> result) {
+        if (result.HasError())
+            VXLOG_ERROR("CVXPanelLayoutManager::RemovePanelLayoutData: {}", result.Error().message);
+    });
 
     d->deleteSet.insert(key);
     Q_EMIT LayoutDataRemoved(key);
@@ -468,7 +457,29 @@ void CVXPanelLayoutManager::AsyncLoadCustomizedPanelLayouts(std::function<void()
 void CVXPanelLayoutManager::AsyncSavePanelLayoutToUserFolder(const CVXPanelLayoutTemplate& layout,
                                                              std::function<void(bool)> done)
 {
-    const unsigned long long key = layout.layoutKey();
+    if (layout.isEmpty()) {
+        // An empty template would delete the file: refused here, reported like a failed save.
+        const ErrorValue error(Code::InvalidArgument, QStringLiteral("empty template: ") +
+                                                          GetPanelLayoutFilePath(layout.layoutKey()));
+        core::post::ToMain(this, [error, done] {
+            VXLOG_ERROR("保存自定义模板到用户文件夹失败: {}", error.message);
+            if (done)
+                done(false);
+        });
+        return;
+    }
+    ScheduleUserFileWork(layout.layoutKey(), layout, [done](core::ErrorOrValue<bool, ErrorValue> result) {
+        if (result.HasError())
+            VXLOG_ERROR("保存自定义模板到用户文件夹失败: {}", result.Error().message);
+        if (done)
+            done(result.HasValue());
+    });
+}
+
+void CVXPanelLayoutManager::ScheduleUserFileWork(
+    unsigned long long key, const CVXPanelLayoutTemplate& layout,
+    std::function<void(core::ErrorOrValue<bool, ErrorValue>)> done)
+{
     const quint64 ticket = d->tickets->Issue(key);
     const auto tickets = d->tickets;
     const QString folder = GetUserFolder();
@@ -477,17 +488,11 @@ void CVXPanelLayoutManager::AsyncSavePanelLayoutToUserFolder(const CVXPanelLayou
     core::concurrency::ComputeInThreadPool<bool>(
         QPointer<QObject>(this),
         [tickets, ticket, key, layout, folder, path] {
-            if (layout.isEmpty())
-                return core::ErrorOrValue<bool, ErrorValue>(
-                    ErrorValue(Code::InvalidArgument, QStringLiteral("empty template: ") + path));
             return WriteUserFileIfNewest(tickets, ticket, key, layout, folder, path);
         },
-        [this, done](core::ErrorOrValue<bool, ErrorValue> result) {
+        [this, done = std::move(done)](core::ErrorOrValue<bool, ErrorValue> result) {
             --d->pendingFileWork;
-            if (result.HasError())
-                VXLOG_ERROR("保存自定义模板到用户文件夹失败: {}", result.Error().message);
-            if (done)
-                done(result.HasValue());
+            done(std::move(result));
         });
 }
 

@@ -161,6 +161,10 @@ private:
     bool ExportPanelLayoutImpl(CVXTabWidgetRestore* tabWidget, int index, bool asDefault);
     void ApplyDefaultLayouts(const DefaultLayoutList& layouts);
     void StartCloudSync();
+    // Writes (or, for an empty template, deletes) the layout's user-folder file on the pool; a
+    // later request for the same key supersedes an earlier one still waiting.
+    void ScheduleUserFileWork(unsigned long long key, const CVXPanelLayoutTemplate& layout,
+                              std::function<void(core::ErrorOrValue<bool, ErrorValue>)> done);
 
     struct Impl;
     std::unique_ptr<Impl> d;
