@@ -4,7 +4,7 @@ set -euo pipefail
 root="$(cd "$(dirname "$0")/.." && pwd)"
 "$root/scripts/setup-deps.sh"
 "$root/scripts/build.sh"
-exe="${BUILD_DIR:-$root/build}/apps/Workspace/vxworkspace"
+exe="${BUILD_DIR:-$root/build}/bin/vxworkspace"
 if [ -x "$exe" ]; then
   exec "$exe" "$@"
 fi
