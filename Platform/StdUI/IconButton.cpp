@@ -175,8 +175,13 @@ QSize VIconButton::sizeHint() const
 
 void VIconButton::paintEvent(QPaintEvent*)
 {
-    const vx_ui_res::Provider& theme = vx_ui_res::Provider::Instance();
     QPainter painter(this);
+    PaintButton(painter);
+}
+
+void VIconButton::PaintButton(QPainter& painter) const
+{
+    const vx_ui_res::Provider& theme = vx_ui_res::Provider::Instance();
     painter.setRenderHint(QPainter::Antialiasing);
 
     const QString bgKey = IconButtonBackgroundKey(d->hovered && isEnabled(), isDown(), isChecked());

@@ -13,6 +13,8 @@
 
 #include <memory>
 
+class QPainter;
+
 namespace vx_std_ui {
 
 // The glyphs an icon button can draw without an image.
@@ -65,6 +67,9 @@ public:
 
 protected:
     void paintEvent(QPaintEvent* event) override;
+    // The whole look (background, icon or glyph) into any painter sized like the button, so a
+    // subclass can draw it into a cached picture.
+    void PaintButton(QPainter& painter) const;
     void enterEvent(QEvent* event) override;
     void leaveEvent(QEvent* event) override;
 

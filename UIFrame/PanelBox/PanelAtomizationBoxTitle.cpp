@@ -87,7 +87,7 @@ public:
 protected:
     void paintEvent(QPaintEvent* event) override
     {
-        if (m_bRendering || HasIcon()) {
+        if (HasIcon()) {
             VIconButton::paintEvent(event);
             return;
         }
@@ -98,9 +98,10 @@ protected:
             picture = QPixmap(size() * ratio);
             picture.setDevicePixelRatio(ratio);
             picture.fill(Qt::transparent);
-            m_bRendering = true;
-            render(&picture, QPoint(), QRegion(), RenderFlags());
-            m_bRendering = false;
+            {
+                QPainter painter(&picture);
+                PaintButton(painter);
+            }
             QPixmapCache::insert(cacheKey, picture);
         }
         QPainter(this).drawPixmap(0, 0, picture);
@@ -125,8 +126,6 @@ private:
             .arg(background.isValid() ? background.rgba() : 0u)
             .arg(theme.GetColor(glyphKey).rgba());
     }
-
-    bool m_bRendering = false;
 };
 
 } // namespace
