@@ -391,6 +391,31 @@ TEST(SimMarketDataBus, StepSendsExactlyTheChangedIds)
     core::__CMessageDispatch::Instance().UnBindAll(&tag);
 }
 
+TEST(SimMarketDataBus, WarmUpGivesEverySecurityHistoryWithoutAMessage)
+{
+    CVXSimMarketData feed(8);
+    int messages = 0;
+    const int tag = 0;
+    core::__CMessageDispatch::Instance().Bind(
+        CVXSimMarketData::kMsgStockDataUpdate,
+        [&](unsigned int, unsigned long long, const core::CMessageBody&) { ++messages; }, &tag);
+
+    feed.WarmUp(30 * 60);
+    EXPECT_EQ(messages, 0);
+    EXPECT_EQ(feed.Time(), CVXSimMarketData::kOpenTime + 30 * 60);
+    for (const SecurityInfo& info : feed.Securities()) {
+        // One trade a second from 09:30:01 to 10:00:00: minutes 09:30 .. 10:00.
+        const std::vector<Candle> candles = feed.GetCandles(info.id);
+        ASSERT_EQ(candles.size(), 31u) << info.code;
+        EXPECT_EQ(candles.front().minute, 9 * 60 + 30);
+        EXPECT_EQ(feed.GetQuote(info.id).day.tradeCount, 30 * 60) << info.code;
+    }
+    // Nothing is subscribed after the warm-up: a step moves nothing and says nothing.
+    feed.Step();
+    EXPECT_EQ(messages, 0);
+    core::__CMessageDispatch::Instance().UnBindAll(&tag);
+}
+
 TEST(SimMarketDataBus, TimerStepsUntilStopped)
 {
     CVXSimMarketData feed(8);

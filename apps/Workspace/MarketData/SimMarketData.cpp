@@ -119,6 +119,21 @@ void CVXSimMarketData::Step()
     core::__CMessageDispatch::Instance().Send(kMsgStockDataUpdate, 0, body, true);
 }
 
+void CVXSimMarketData::WarmUp(int seconds)
+{
+    for (int i = 0; i < seconds; ++i) {
+        ++d->time;
+        for (const auto& security : d->securities) {
+            if (security->Info().kind != EnSecurityKind::Option)
+                security->Step(d->time);
+        }
+        for (const auto& security : d->securities) {
+            if (security->Info().kind == EnSecurityKind::Option)
+                security->StepTo(d->time, d->ModelPrice(security->Info()));
+        }
+    }
+}
+
 bool CVXSimMarketData::Subscribe(unsigned long id)
 {
     const CVXSimSecurity* security = d->Find(id);

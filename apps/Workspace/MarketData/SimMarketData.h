@@ -35,6 +35,9 @@ public:
     void Stop();
     bool IsRunning() const;
     void Step();
+    // Trading history before the program opens: advances the clock by `seconds`, moving every
+    // security of the universe (subscribed or not) one trade per second, and sends nothing.
+    void WarmUp(int seconds);
 
     // False (and logged) for an unknown id or an Unsubscribe without a matching Subscribe.
     bool Subscribe(unsigned long id);

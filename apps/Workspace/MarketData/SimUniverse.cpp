@@ -25,7 +25,8 @@ std::string StockName(std::mt19937_64& rng)
     return std::string(kHeads[head(rng)]) + kHeads[head(rng)] + kTails[tail(rng)];
 }
 
-void AddOptions(std::vector<SecurityInfo>& out, const SecurityInfo& underlying, unsigned long& nextId)
+// `underlying` is a copy: it is usually an element of `out`, which the push_backs below reallocate.
+void AddOptions(std::vector<SecurityInfo>& out, const SecurityInfo underlying, unsigned long& nextId)
 {
     static const double kStrikeSteps[] = {-0.10, -0.05, 0.0, 0.05, 0.10};
     static const int kExpiries[] = {30, 90};
