@@ -1,0 +1,42 @@
+#pragma once
+
+// Small painting helpers shared by the book, broker-queue, watch-list and option-chain cards.
+
+#include <QColor>
+#include <QFont>
+#include <QFontMetrics>
+#include <QPainter>
+#include <QRect>
+#include <QString>
+#include <algorithm>
+
+namespace vx_ws::book_paint {
+
+inline QColor WithAlpha(QColor color, int alpha)
+{
+    color.setAlpha(alpha);
+    return color;
+}
+
+// Text in a cell with 3 px of padding, elided when it does not fit.
+inline void DrawCellText(QPainter& painter, const QRect& cell, const QString& text, Qt::Alignment align,
+                         const QColor& color)
+{
+    const QRect inner = cell.adjusted(3, 0, -3, 0);
+    painter.setPen(color);
+    const QString shown = painter.fontMetrics().elidedText(text, Qt::ElideRight, inner.width());
+    painter.drawText(inner, static_cast<int>(align | Qt::AlignVCenter), shown);
+}
+
+// The card's font a pixel or two smaller, for labels and column titles.
+inline QFont SmallerFont(const QFont& base, int delta = 1)
+{
+    QFont font = base;
+    if (font.pixelSize() > 0)
+        font.setPixelSize(std::max(8, font.pixelSize() - delta));
+    else
+        font.setPointSizeF(std::max(6.0, font.pointSizeF() - delta * 0.75));
+    return font;
+}
+
+} // namespace vx_ws::book_paint

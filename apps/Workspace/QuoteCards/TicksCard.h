@@ -1,0 +1,40 @@
+#pragma once
+
+// CVXTicksCard ("Ticks"): the shown security's latest trades, newest on top: time, price (in the
+// rise or fall colour against the previous close), volume and a buy/sell marker from the trade's
+// side. As many rows as the card's height holds; each feed step pushes new trades in at the top.
+
+#include "apps/Workspace/Cards/WorkspaceCardBase.h"
+#include "apps/Workspace/MarketData/MarketTypes.h"
+
+#include "UIFrame/CardTypes.h"
+
+namespace vx_ws {
+
+class CVXTicksCard : public CVXWorkspaceCardBase
+{
+    Q_OBJECT
+public:
+    static constexpr const char* kCardType = quote_card_type::Ticks;
+    static constexpr int kHeaderHeight = 22;
+    static constexpr int kRowHeight = 18;
+    static CVXCardBaseStyle StaticCardStyle();
+
+    explicit CVXTicksCard(EnVXCardPos pos, QWidget* parent = nullptr);
+    ~CVXTicksCard() override;
+
+    QString GetCardObjType() override;
+    QString GetCardStaticTitle() override;
+    QSize GetCardMinSize() override;
+    QSize GetCardIdealSize() override;
+
+    // Whole rows that fit below the header.
+    int RowCapacity() const;
+    // The trades on show, newest first (at most RowCapacity()).
+    std::vector<vx_md::Tick> ShownTicks() const;
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+};
+
+} // namespace vx_ws
