@@ -14,6 +14,7 @@
 #include "Platform/StdUI/ThemeResource.h"
 
 #include <QContextMenuEvent>
+#include <QFileInfo>
 #include <QFontMetrics>
 #include <QMouseEvent>
 #include <QPainter>
@@ -217,10 +218,19 @@ QPixmap CVXPanelLayoutPreview::GetDefaultLayoutPixmap() const
         VXLOG_WARN("CVXPanelLayoutPreview::GetDefaultLayoutPixmap: {} is no built-in layout", d->key);
         return QPixmap();
     }
-    const QPixmap image(entry->strPreviewImagePath);
+    // The exporter writes "<base>_white.png" and "<base>_black.png"; the catalogue names the
+    // light one, and the dark theme shows its sibling when there is one.
+    QString path = entry->strPreviewImagePath;
+    const QLatin1String lightSuffix("_white.png");
+    if (vx_ui_res::Provider::Instance().CurrentTheme() == vx_ui_res::Theme::Dark &&
+        path.endsWith(lightSuffix)) {
+        const QString dark = path.left(path.size() - lightSuffix.size()) + QLatin1String("_black.png");
+        if (QFileInfo::exists(dark))
+            path = dark;
+    }
+    const QPixmap image(path);
     if (image.isNull())
-        VXLOG_WARN("CVXPanelLayoutPreview::GetDefaultLayoutPixmap: no image at {}",
-                   entry->strPreviewImagePath);
+        VXLOG_WARN("CVXPanelLayoutPreview::GetDefaultLayoutPixmap: no image at {}", path);
     // A built-in layout without its image still shows as an empty page.
     const QSize size = image.isNull() ? PreviewRect().size() : image.size();
     QPixmap result(size);
