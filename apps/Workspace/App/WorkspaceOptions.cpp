@@ -167,7 +167,8 @@ QString CVXWorkspaceOptions::Usage()
                           "  --theme light|dark colour theme\n"
                           "  --size WxH         window size\n"
                           "  --screenshot FILE  render the window to a PNG file and exit\n"
-                          "  --layout NAME      with --screenshot: open the layout of that title first\n");
+                          "  --layout NAME      with --screenshot: open the layout of that title first\n"
+                          "                     (its title as the gallery shows it)\n");
 }
 
 } // namespace vx_ws
