@@ -12,6 +12,7 @@
 #include "Platform/Core/Langx.h"
 #include "Platform/Core/LoginState.h"
 #include "Platform/Core/ProductPath.h"
+#include "Platform/Core/Report.h"
 
 #include <QCoreApplication>
 #include <QDataStream>
@@ -154,8 +155,10 @@ protected:
 
     void TearDown() override
     {
-        // Pooled writes must not outlive the temporary folder.
+        // Pooled writes and queued usage reports must not outlive the temporary folder.
         WaitForFileWork();
+        core::report::Flush();
+        core::report::ResetForTest();
         CVXPanelLayoutManager::ResetForTest();
         core::environment::ResetForTest();
         core::langx::ResetForTest();
