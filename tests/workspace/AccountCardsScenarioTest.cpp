@@ -3,8 +3,6 @@
 // from the feed's own book and quotes and from the service's own records.
 
 #include "apps/Workspace/Cards/RegisterCards.h"
-#include "apps/Workspace/Cards/WorkspaceContext.h"
-#include "apps/Workspace/MarketData/SimMarketData.h"
 #include "apps/Workspace/Trade/SimTradeService.h"
 #include "apps/Workspace/TradeCards/AccInfoCard.h"
 #include "apps/Workspace/TradeCards/AccountSelector.h"
@@ -12,25 +10,22 @@
 #include "apps/Workspace/TradeCards/OrdersCard.h"
 #include "apps/Workspace/TradeCards/PositionCard.h"
 
-#include "UIFrame/Canvas/PanelBoxKindRegistry.h"
 #include "UIFrame/Canvas/PanelScrollView.h"
 #include "UIFrame/Canvas/PanelTradeRequests.h"
 #include "UIFrame/CardFactory.h"
 #include "UIFrame/CardFactoryMgr.h"
 #include "UIFrame/CardTypes.h"
-#include "UIFrame/Linkage/PanelLinkageData.h"
 #include "UIFrame/PanelBox/PanelAtomizationBox.h"
-#include "UIFrame/PanelBox/PanelBoxManager.h"
 #include "UIFrame/VariantMapTreeAccess.h"
 
 #include "Platform/StdUI/Menu.h"
 #include "Platform/StdUI/ThemeResource.h"
 
 #include "tests/common/TestSupport.h"
+#include "tests/workspace/WorkspaceTestSupport.h"
 
 #include <QAction>
 #include <QApplication>
-#include <QDir>
 #include <QImage>
 #include <QTest>
 
@@ -58,12 +53,14 @@ public:
     QString GetCardObjType() override { return QString::fromLatin1(kCardType); }
 };
 
-class AccountCardsScenarioTest : public ::testing::Test
+class AccountCardsScenarioTest : public workspace_test::CFeedTest
 {
 protected:
+    AccountCardsScenarioTest() : CFeedTest(20240611) {}
+
     void SetUp() override
     {
-        SetMarketData(&feed);
+        CFeedTest::SetUp();
         SetTradeService(service.get());
         RegisterAccountCards();
         account = service->DefaultAccountID();
@@ -78,20 +75,18 @@ protected:
     void TearDown() override
     {
         widgets.clear();
-        delete canvas;
-        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        QCoreApplication::processEvents();
-        CVXPanelBoxManager::instance()->ResetForTest();
-        CVXPanelLinkageData::GetInstance().ResetForTest();
-        CVXPanelBoxKindRegistry::Instance().ResetForTest();
-        for (const char* type :
-             {CVXPositionCard::kCardType, CVXOrdersCard::kCardType, CVXHistoryOrdersCard::kCardType,
-              CVXAccInfoCard::kCardType, COrderPanelProbe::kCardType})
-            CVXCardFactoryMgr::Instance().UnRegisterFactory(QString::fromLatin1(type));
-        vx_ui_res::Provider::Instance().SetTheme(vx_ui_res::Theme::Light);
+        board.reset();
+        // Cards shown on their own may have joined the registries too.
+        workspace_test::FlushDeletes();
+        workspace_test::ResetCanvasRegistries();
+        workspace_test::UnregisterCards({QString::fromLatin1(CVXPositionCard::kCardType),
+                                         QString::fromLatin1(CVXOrdersCard::kCardType),
+                                         QString::fromLatin1(CVXHistoryOrdersCard::kCardType),
+                                         QString::fromLatin1(CVXAccInfoCard::kCardType),
+                                         QString::fromLatin1(COrderPanelProbe::kCardType)});
         SetTradeService(nullptr);
         service.reset();
-        SetMarketData(nullptr);
+        CFeedTest::TearDown();
     }
 
     template <typename Card> Card* ShowCard(QSize size = Card::StaticCardStyle().idealSize)
@@ -107,22 +102,15 @@ protected:
 
     CVXPanelScrollView* ShowCanvas()
     {
-        canvas = new CVXPanelScrollView;
-        canvas->resize(1300, 800);
-        canvas->show();
-        EXPECT_TRUE(QTest::qWaitForWindowExposed(canvas));
+        board = std::make_unique<workspace_test::CTestCanvas>(QSize(1300, 800));
+        canvas = board->View();
         return canvas;
     }
 
     template <typename Card> Card* AddBox(const char* type, const QString& group)
     {
-        CVXPanelAtomizationBox* box =
-            canvas->AddPanelBoxWithCardInitType(QString::fromLatin1(type), CVXVariantMapTree());
-        EXPECT_NE(box, nullptr);
-        if (!box)
-            return nullptr;
-        box->OnGroupIDChanged(group);
-        return dynamic_cast<Card*>(box->GetCurrentCard());
+        CVXPanelAtomizationBox* box = board->AddBox(type, group);
+        return box ? dynamic_cast<Card*>(box->GetCurrentCard()) : nullptr;
     }
 
     static CVXPanelAtomizationBox* BoxOf(QWidget* card)
@@ -168,12 +156,12 @@ protected:
         return nullptr;
     }
 
-    vx_md::CVXSimMarketData feed{20240611};
     std::unique_ptr<vx_trade::CVXSimTradeService> service =
         std::make_unique<vx_trade::CVXSimTradeService>(&feed);
     unsigned long long account = 0;
     unsigned long long otherAccount = 0;
     std::vector<std::unique_ptr<QWidget>> widgets;
+    std::unique_ptr<workspace_test::CTestCanvas> board;
     CVXPanelScrollView* canvas = nullptr;
 };
 
@@ -517,8 +505,7 @@ TEST_F(AccountCardsScenarioTest, CardsPaintInBothThemesAndDropColumnsWhenNarrow)
     service->PlaceOrder(account, kOtherStock, EnOrderSide::Buy, EnOrderType::Market, 0, Lot(kOtherStock));
     const vx_trade::Order cancelled = PlaceRestingBuy(kOtherStock);
     service->CancelOrder(account, cancelled.orderId);
-    for (int i = 0; i < 5; ++i)
-        feed.Step();
+    Steps(5);
 
     auto* positions = ShowCard<CVXPositionCard>();
     auto* orders = ShowCard<CVXOrdersCard>();
@@ -529,20 +516,16 @@ TEST_F(AccountCardsScenarioTest, CardsPaintInBothThemesAndDropColumnsWhenNarrow)
                                                              {QStringLiteral("orders"), orders},
                                                              {QStringLiteral("history"), history},
                                                              {QStringLiteral("account"), info}};
-    // VX_CARD_GRABS names a folder to keep the pictures in for a look.
-    const QString folder = qEnvironmentVariable("VX_CARD_GRABS");
     std::vector<QImage> light;
     for (const auto& [name, card] : cards) {
         light.push_back(card->grab().toImage());
-        if (!folder.isEmpty())
-            light.back().save(QDir(folder).filePath(QStringLiteral("b2-%1-light.png").arg(name)));
+        workspace_test::KeepSnapshot(light.back(), QStringLiteral("b2-%1-light").arg(name));
     }
     vx_ui_res::Provider::Instance().SetTheme(vx_ui_res::Theme::Dark);
     for (size_t i = 0; i < cards.size(); ++i) {
         const QImage dark = cards[i].second->grab().toImage();
         EXPECT_NE(dark, light[i]) << cards[i].first.toStdString();
-        if (!folder.isEmpty())
-            dark.save(QDir(folder).filePath(QStringLiteral("b2-%1-dark.png").arg(cards[i].first)));
+        workspace_test::KeepSnapshot(dark, QStringLiteral("b2-%1-dark").arg(cards[i].first));
     }
 
     // Narrow: fewer columns, the code and the status stay.
@@ -556,13 +539,11 @@ TEST_F(AccountCardsScenarioTest, CardsPaintInBothThemesAndDropColumnsWhenNarrow)
     EXPECT_NE(std::find(narrow.begin(), narrow.end(), orders->Table().ColumnIndex(QStringLiteral("status"))),
               narrow.end());
     info->resize(220, 150);
-    if (!folder.isEmpty()) {
-        orders->grab().save(QDir(folder).filePath(QStringLiteral("b2-orders-narrow-dark.png")));
-        positions->grab().save(QDir(folder).filePath(QStringLiteral("b2-positions-narrow-dark.png")));
-        info->grab().save(QDir(folder).filePath(QStringLiteral("b2-account-small-dark.png")));
-        info->resize(420, 300);
-        positions->resize(900, 360);
-        info->grab().save(QDir(folder).filePath(QStringLiteral("b2-account-large-dark.png")));
-        positions->grab().save(QDir(folder).filePath(QStringLiteral("b2-positions-large-dark.png")));
-    }
+    workspace_test::KeepSnapshot(orders->grab().toImage(), QStringLiteral("b2-orders-narrow-dark"));
+    workspace_test::KeepSnapshot(positions->grab().toImage(), QStringLiteral("b2-positions-narrow-dark"));
+    workspace_test::KeepSnapshot(info->grab().toImage(), QStringLiteral("b2-account-small-dark"));
+    info->resize(420, 300);
+    positions->resize(900, 360);
+    workspace_test::KeepSnapshot(info->grab().toImage(), QStringLiteral("b2-account-large-dark"));
+    workspace_test::KeepSnapshot(positions->grab().toImage(), QStringLiteral("b2-positions-large-dark"));
 }

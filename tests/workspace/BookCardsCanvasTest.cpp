@@ -11,25 +11,22 @@
 #include "apps/Workspace/QuoteCards/OrderBookCard.h"
 #include "apps/Workspace/QuoteCards/WatchlistCard.h"
 
-#include "UIFrame/Canvas/PanelBoxKindRegistry.h"
 #include "UIFrame/Canvas/PanelScrollView.h"
 #include "UIFrame/CardFactoryMgr.h"
-#include "UIFrame/Linkage/PanelLinkageData.h"
 #include "UIFrame/PanelBox/PanelAtomizationBox.h"
-#include "UIFrame/PanelBox/PanelBoxManager.h"
 
 #include "Platform/StdUI/Menu.h"
 
 #include "tests/common/TestSupport.h"
 
 #include <QAction>
-#include <QDir>
 #include <QTest>
 
 #include <algorithm>
 #include <memory>
 
 using namespace bookcards_test;
+using namespace workspace_test;
 using vx_ws::CVXWatchlistCard;
 using vx_ws::CVXWatchlistModel;
 
@@ -45,39 +42,25 @@ protected:
     {
         BookCardsFixture::SetUp();
         vx_ws::RegisterBookCards();
-        canvas = new CVXPanelScrollView;
-        canvas->resize(1100, 700);
-        canvas->show();
-        ASSERT_TRUE(QTest::qWaitForWindowExposed(canvas));
+        board = std::make_unique<CTestCanvas>(QSize(1100, 700));
+        canvas = board->View();
     }
 
     void TearDown() override
     {
-        delete canvas;
-        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        QCoreApplication::processEvents();
-        CVXPanelBoxManager::instance()->ResetForTest();
-        CVXPanelLinkageData::GetInstance().ResetForTest();
-        CVXPanelBoxKindRegistry::Instance().ResetForTest();
-        for (const QString& type : kBookCardTypes)
-            CVXCardFactoryMgr::Instance().UnRegisterFactory(type);
+        board.reset();
+        UnregisterCards(kBookCardTypes);
         BookCardsFixture::TearDown();
     }
 
     CVXPanelAtomizationBox* AddBox(const char* type, const QString& group = QString())
     {
-        CVXPanelAtomizationBox* box =
-            canvas->AddPanelBoxWithCardInitType(QString::fromLatin1(type), CVXVariantMapTree());
-        EXPECT_NE(box, nullptr);
-        if (box && !group.isEmpty())
-            box->OnGroupIDChanged(group);
-        QApplication::processEvents();
-        return box;
+        return board->AddBox(type, group);
     }
 
     template <typename Card> static Card* CardOf(CVXPanelAtomizationBox* box)
     {
-        return box ? qobject_cast<Card*>(box->GetCurrentCard()) : nullptr;
+        return CTestCanvas::CardOf<Card>(box);
     }
 
     static std::vector<unsigned long> RowIDs(const CVXWatchlistCard* card)
@@ -100,6 +83,7 @@ protected:
         return ids;
     }
 
+    std::unique_ptr<CTestCanvas> board;
     CVXPanelScrollView* canvas = nullptr;
 };
 
@@ -246,7 +230,6 @@ TEST_F(BookCardsCanvasTest, TheListEditedFromTheContextMenuTravelsInTheBoxRecord
 
 TEST_F(BookCardsCanvasTest, EachCardPaintsItsThemesBackground)
 {
-    const QString folder = qEnvironmentVariable("VX_CARD_SNAPSHOT_DIR");
     for (const QString& type : kBookCardTypes) {
         SCOPED_TRACE(type.toStdString());
         delete holder;
@@ -269,9 +252,7 @@ TEST_F(BookCardsCanvasTest, EachCardPaintsItsThemesBackground)
                 vx_ui_res::Provider::Instance().GetColor(QStringLiteral("ct_bg_primary"));
             // The bottom-right corner is background in every card.
             EXPECT_EQ(QColor(shot.pixel(shot.width() - 2, shot.height() - 2)), background);
-            if (!folder.isEmpty())
-                shot.save(QDir(folder).filePath(
-                    QStringLiteral("a2-%1-%2.png").arg(type, vx_ui_res::ThemeName(theme))));
+            KeepSnapshot(shot, QStringLiteral("a2-%1-%2").arg(type, vx_ui_res::ThemeName(theme)));
             shots.push_back(shot);
         }
         EXPECT_NE(shots[0], shots[1]);

@@ -2,10 +2,7 @@
 
 // Shared by the book-card tests: a holder widget at which card events stop (as a box or a page
 // would) and which records the requests and linkage events that reach it, and a fixture with
-// the real seeded feed installed.
-
-#include "apps/Workspace/Cards/WorkspaceContext.h"
-#include "apps/Workspace/MarketData/SimMarketData.h"
+// the real seeded feed installed (seed 11).
 
 #include "UIFrame/CardEvents.h"
 #include "UIFrame/CardPos.h"
@@ -13,7 +10,7 @@
 #include "UIFrame/UIEventContainer.h"
 #include "UIFrame/VariantMapTreeAccess.h"
 
-#include "Platform/StdUI/ThemeResource.h"
+#include "tests/workspace/WorkspaceTestSupport.h"
 
 #include <QApplication>
 #include <QImage>
@@ -48,16 +45,16 @@ public:
     std::vector<CVXVariantMapTree> combos;
 };
 
-class BookCardsFixture : public ::testing::Test
+class BookCardsFixture : public workspace_test::CFeedTest
 {
 protected:
-    void SetUp() override { vx_ws::SetMarketData(&feed); }
+    BookCardsFixture() : CFeedTest(11) {}
+
     void TearDown() override
     {
         delete holder;
         holder = nullptr;
-        vx_ui_res::Provider::Instance().SetTheme(vx_ui_res::Theme::Light);
-        vx_ws::SetMarketData(nullptr);
+        CFeedTest::TearDown();
     }
 
     // A shown holder of the given size with `card` filling it.
@@ -72,13 +69,6 @@ protected:
         return card;
     }
 
-    void Steps(int n)
-    {
-        for (int i = 0; i < n; ++i)
-            feed.Step();
-    }
-
-    vx_md::CVXSimMarketData feed{11};
     CEventHolder* holder = nullptr;
 };
 

@@ -11,6 +11,7 @@
 #include "apps/Workspace/Trade/SimTradeService.h"
 
 #include "tests/common/TestSupport.h"
+#include "tests/workspace/WorkspaceTestSupport.h"
 
 #include "UIFrame/Canvas/DefaultPanelLayoutExporter.h"
 #include "UIFrame/Canvas/PanelLayoutManager.h"
@@ -95,11 +96,7 @@ bool WaitFor(const std::function<bool()>& done, int ms = 20000)
     return QTest::qWaitFor(done, ms);
 }
 
-void FlushDeletes()
-{
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    QCoreApplication::processEvents();
-}
+using workspace_test::FlushDeletes;
 
 QByteArray ReadBytes(const QString& path)
 {
@@ -159,8 +156,7 @@ protected:
 
     static void TearDownTestSuite()
     {
-        for (const QString& type : vx_ws::WorkspaceCardTypes())
-            CVXCardFactoryMgr::Instance().UnRegisterFactory(type);
+        workspace_test::UnregisterCards(vx_ws::WorkspaceCardTypes());
         s_root.reset();
     }
 

@@ -3,8 +3,6 @@
 // values (recomputed here, not taken from the cards' code).
 
 #include "apps/Workspace/Cards/RegisterCards.h"
-#include "apps/Workspace/Cards/WorkspaceContext.h"
-#include "apps/Workspace/MarketData/SimMarketData.h"
 #include "apps/Workspace/QuoteCards/KLineCard.h"
 #include "apps/Workspace/QuoteCards/StockHeaderCard.h"
 #include "apps/Workspace/QuoteCards/TicksCard.h"
@@ -12,19 +10,17 @@
 
 #include "UIFrame/Canvas/PanelScrollView.h"
 #include "UIFrame/CardFactoryMgr.h"
-#include "UIFrame/Linkage/PanelLinkageData.h"
 #include "UIFrame/PanelBox/PanelAtomizationBox.h"
-#include "UIFrame/PanelBox/PanelBoxManager.h"
 #include "UIFrame/VariantMapTreeAccess.h"
 
 #include "Platform/StdUI/ThemeResource.h"
 
 #include "tests/common/TestSupport.h"
+#include "tests/workspace/WorkspaceTestSupport.h"
 
 #include <QAbstractItemView>
 #include <QApplication>
 #include <QCompleter>
-#include <QDir>
 #include <QImage>
 #include <QLineEdit>
 #include <QMouseEvent>
@@ -102,22 +98,22 @@ void SendMouseMove(QWidget* widget, const QPoint& pos)
     QApplication::sendEvent(widget, &move);
 }
 
-class MarketCardsTest : public ::testing::Test
+class MarketCardsTest : public workspace_test::CFeedTest
 {
 protected:
+    MarketCardsTest() : CFeedTest(11) {}
+
     void SetUp() override
     {
-        SetMarketData(&feed);
+        CFeedTest::SetUp();
         RegisterMarketCards();
     }
 
     void TearDown() override
     {
         cards.clear();
-        for (const QString& type : kMarketCardTypes)
-            CVXCardFactoryMgr::Instance().UnRegisterFactory(type);
-        vx_ui_res::Provider::Instance().SetTheme(vx_ui_res::Theme::Light);
-        SetMarketData(nullptr);
+        workspace_test::UnregisterCards(kMarketCardTypes);
+        CFeedTest::TearDown();
     }
 
     template <typename T> T* Make(const QSize& size, bool show = true)
@@ -135,13 +131,6 @@ protected:
         return qobject_cast<T*>(card);
     }
 
-    void Steps(int n)
-    {
-        for (int i = 0; i < n; ++i)
-            feed.Step();
-    }
-
-    vx_md::CVXSimMarketData feed{11};
     std::vector<std::unique_ptr<CVXCardObjBase>> cards;
 };
 
@@ -217,25 +206,20 @@ TEST_F(MarketCardsTest, HeaderFollowsTheFeedInAWideAndANarrowLayout)
 
 TEST_F(MarketCardsTest, TypingACodeInTheHeaderMovesItsLinkageGroup)
 {
-    auto canvas = std::make_unique<CVXPanelScrollView>();
-    canvas->resize(1000, 600);
-    canvas->show();
-    ASSERT_TRUE(QTest::qWaitForWindowExposed(canvas.get()));
-    CVXPanelAtomizationBox* headerBox =
-        canvas->AddPanelBoxWithCardInitType(QStringLiteral("StockHeader"), CVXVariantMapTree());
-    CVXPanelAtomizationBox* chartBox =
-        canvas->AddPanelBoxWithCardInitType(QStringLiteral("KLine"), CVXVariantMapTree());
-    CVXPanelAtomizationBox* loneBox =
-        canvas->AddPanelBoxWithCardInitType(QStringLiteral("Ticks"), CVXVariantMapTree());
+    auto canvas = std::make_unique<workspace_test::CTestCanvas>(QSize(1000, 600));
+    using Canvas = workspace_test::CTestCanvas;
+    CVXPanelAtomizationBox* headerBox = canvas->AddBox("StockHeader");
+    CVXPanelAtomizationBox* chartBox = canvas->AddBox("KLine");
+    CVXPanelAtomizationBox* loneBox = canvas->AddBox("Ticks");
     ASSERT_TRUE(headerBox && chartBox && loneBox);
     headerBox->OnGroupIDChanged(QStringLiteral("3"));
     chartBox->OnGroupIDChanged(QStringLiteral("3"));
-    auto* header = qobject_cast<CVXStockHeaderCard*>(headerBox->GetCurrentCard());
-    auto* chart = qobject_cast<CVXKLineCard*>(chartBox->GetCurrentCard());
-    auto* lone = qobject_cast<CVXTicksCard*>(loneBox->GetCurrentCard());
+    auto* header = Canvas::CardOf<CVXStockHeaderCard>(headerBox);
+    auto* chart = Canvas::CardOf<CVXKLineCard>(chartBox);
+    auto* lone = Canvas::CardOf<CVXTicksCard>(loneBox);
     ASSERT_TRUE(header && chart && lone);
-    canvas->activateWindow();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(canvas.get()));
+    canvas->View()->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(canvas->View()));
 
     // Click the code, type another security's code, Enter.
     const vx_md::SecurityInfo target = feed.GetSecurity(1003);
@@ -292,12 +276,6 @@ TEST_F(MarketCardsTest, TypingACodeInTheHeaderMovesItsLinkageGroup)
     EXPECT_FALSE(header->IsCodeEditorOpen());
     EXPECT_EQ(header->ShownStockID(), 1007u);
     EXPECT_EQ(chart->ShownStockID(), 1007u);
-
-    canvas.reset();
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    QCoreApplication::processEvents();
-    CVXPanelBoxManager::instance()->ResetForTest();
-    CVXPanelLinkageData::GetInstance().ResetForTest();
 }
 
 TEST_F(MarketCardsTest, ChartPeriodAndAveragesAreClickedAndRestored)
@@ -516,8 +494,6 @@ TEST_F(MarketCardsTest, CardsPaintInTheLightAndTheDarkTheme)
     chart->SetPeriod(5);
     SendMouseMove(chart, QPoint(chart->CandleCenterX(chart->VisibleRange().first + 4),
                                 chart->PricePlotRect().center().y()));
-    // Set VX_CARD_SNAPSHOT_DIR to keep the pictures for a look.
-    const QString snapshotDir = qEnvironmentVariable("VX_CARD_SNAPSHOT_DIR");
     std::map<std::string, QImage> light;
     for (vx_ui_res::Theme theme : {vx_ui_res::Theme::Light, vx_ui_res::Theme::Dark}) {
         vx_ui_res::Provider::Instance().SetTheme(theme);
@@ -532,12 +508,9 @@ TEST_F(MarketCardsTest, CardsPaintInTheLightAndTheDarkTheme)
                 light[shot.name] = image;
             else
                 EXPECT_NE(image, light[shot.name]);
-            if (!snapshotDir.isEmpty()) {
-                image.save(
-                    QDir(snapshotDir)
-                        .filePath(QStringLiteral("a1-%1-%2.png")
-                                      .arg(QString::fromLatin1(shot.name), vx_ui_res::ThemeName(theme))));
-            }
+            workspace_test::KeepSnapshot(
+                image,
+                QStringLiteral("a1-%1-%2").arg(QString::fromLatin1(shot.name), vx_ui_res::ThemeName(theme)));
         }
     }
 }

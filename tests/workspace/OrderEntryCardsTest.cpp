@@ -5,8 +5,6 @@
 // combo option event, edited and placed, and the option chain asked for through the canvas.
 
 #include "apps/Workspace/Cards/RegisterCards.h"
-#include "apps/Workspace/Cards/WorkspaceContext.h"
-#include "apps/Workspace/MarketData/SimMarketData.h"
 #include "apps/Workspace/Trade/SimTradeService.h"
 #include "apps/Workspace/TradeCards/AccountSelector.h"
 #include "apps/Workspace/TradeCards/BookTraderCard.h"
@@ -14,18 +12,16 @@
 #include "apps/Workspace/TradeCards/OrderTicketButton.h"
 #include "apps/Workspace/TradeCards/PlaceOrderSecuritiesPanelCard.h"
 
-#include "UIFrame/Canvas/PanelBoxKindRegistry.h"
 #include "UIFrame/Canvas/PanelScrollView.h"
 #include "UIFrame/CardEvents.h"
 #include "UIFrame/CardFactoryMgr.h"
-#include "UIFrame/Linkage/PanelLinkageData.h"
 #include "UIFrame/PanelBox/PanelAtomizationBox.h"
-#include "UIFrame/PanelBox/PanelBoxManager.h"
 #include "UIFrame/VariantMapTreeAccess.h"
 
 #include "Platform/StdUI/Menu.h"
 
 #include "tests/common/TestSupport.h"
+#include "tests/workspace/WorkspaceTestSupport.h"
 
 #include <QAction>
 #include <QApplication>
@@ -43,6 +39,7 @@ using namespace vx_ws;
 using vx_trade::EnOrderSide;
 using vx_trade::EnOrderStatus;
 using vx_trade::Order;
+using workspace_test::Leg;
 
 namespace {
 
@@ -51,12 +48,14 @@ const QStringList kOrderEntryTypes = {QStringLiteral("TradePlaceOrderSecuritiesP
                                       QStringLiteral("TradePlaceOrderComboOptionPanel"),
                                       QStringLiteral("TradePlaceOrderBookTraderPanel")};
 
-class OrderEntryTest : public ::testing::Test
+class OrderEntryTest : public workspace_test::CFeedTest
 {
 protected:
+    OrderEntryTest() : CFeedTest(7) {}
+
     void SetUp() override
     {
-        SetMarketData(&feed);
+        CFeedTest::SetUp();
         SetTradeService(&service);
         cashAccount = service.Accounts()[0].id;
         marginAccount = service.Accounts()[1].id;
@@ -64,18 +63,12 @@ protected:
 
     void TearDown() override
     {
-        delete canvas;
-        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        QCoreApplication::processEvents();
-        if (canvas) {
-            CVXPanelBoxManager::instance()->ResetForTest();
-            CVXPanelLinkageData::GetInstance().ResetForTest();
-            CVXPanelBoxKindRegistry::Instance().ResetForTest();
-            for (const QString& type : kOrderEntryTypes)
-                CVXCardFactoryMgr::Instance().UnRegisterFactory(type);
+        if (board) {
+            board.reset();
+            workspace_test::UnregisterCards(kOrderEntryTypes);
         }
-        SetTradeService(nullptr);
-        SetMarketData(nullptr);
+        workspace_test::FlushDeletes();
+        CFeedTest::TearDown();
     }
 
     template <typename Card> std::unique_ptr<Card> Show(QSize size)
@@ -87,26 +80,19 @@ protected:
         return card;
     }
 
+    // The canvas is made (and the cards registered) by the first box a test asks for.
     CVXPanelAtomizationBox* AddBox(const QString& type, const QString& group)
     {
-        if (!canvas) {
+        if (!board) {
             RegisterOrderEntryCards();
-            canvas = new CVXPanelScrollView;
-            canvas->resize(1200, 800);
-            canvas->show();
-            EXPECT_TRUE(QTest::qWaitForWindowExposed(canvas));
+            board = std::make_unique<workspace_test::CTestCanvas>(QSize(1200, 800));
         }
-        CVXPanelAtomizationBox* box = canvas->AddPanelBoxWithCardInitType(type, CVXVariantMapTree());
-        EXPECT_NE(box, nullptr);
-        if (box && !group.isEmpty())
-            box->OnGroupIDChanged(group);
-        QApplication::processEvents();
-        return box;
+        return board->AddBox(type, group);
     }
 
     template <typename Card> static Card* CardOf(CVXPanelAtomizationBox* box)
     {
-        return box ? qobject_cast<Card*>(box->GetCurrentCard()) : nullptr;
+        return workspace_test::CTestCanvas::CardOf<Card>(box);
     }
 
     // Opens the card's account menu with a click and picks an account from it.
@@ -134,21 +120,11 @@ protected:
     double BestAsk(unsigned long id) const { return feed.GetOrderBook(id).asks.at(0).price; }
     double BestBid(unsigned long id) const { return feed.GetOrderBook(id).bids.at(0).price; }
 
-    vx_md::CVXSimMarketData feed{7};
     vx_trade::CVXSimTradeService service{&feed};
     unsigned long long cashAccount = 0;
     unsigned long long marginAccount = 0;
-    CVXPanelScrollView* canvas = nullptr;
+    std::unique_ptr<workspace_test::CTestCanvas> board;
 };
-
-CVXVariantMapTree Leg(qulonglong option, int side, int ratio)
-{
-    CVXVariantMapTree leg;
-    leg.Set<qulonglong>(QString::fromLatin1(keys::kOptionID), option);
-    leg.Set<int>(QString::fromLatin1(keys::kSide), side);
-    leg.Set<int>(QString::fromLatin1(keys::kRatio), ratio);
-    return leg;
-}
 
 } // namespace
 

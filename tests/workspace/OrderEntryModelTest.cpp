@@ -13,12 +13,14 @@
 #include "UIFrame/VariantMapTreeAccess.h"
 
 #include "tests/common/TestSupport.h"
+#include "tests/workspace/WorkspaceTestSupport.h"
 
 #include <gtest/gtest.h>
 
 using namespace vx_ws;
 using vx_trade::EnOrderSide;
 using vx_trade::EnOrderType;
+using workspace_test::Leg;
 using Issue = CVXOrderTicketModel::EnIssue;
 using Column = CVXBookTraderModel::EnColumn;
 
@@ -218,15 +220,6 @@ TEST(BookTraderModel, RowsCarryTheBookTheAccountsOrdersAndTheLastPrice)
 }
 
 namespace {
-
-CVXVariantMapTree Leg(qulonglong option, int side, int ratio)
-{
-    CVXVariantMapTree leg;
-    leg.Set<qulonglong>(QString::fromLatin1(keys::kOptionID), option);
-    leg.Set<int>(QString::fromLatin1(keys::kSide), side);
-    leg.Set<int>(QString::fromLatin1(keys::kRatio), ratio);
-    return leg;
-}
 
 ComboLegQuote LegQuote(EnOrderSide side, int ratio, double bid, double ask, double theoretical)
 {

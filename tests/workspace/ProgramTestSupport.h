@@ -38,6 +38,7 @@
 #include "Platform/StdUI/ThemeResource.h"
 
 #include "tests/common/TestSupport.h"
+#include "tests/workspace/WorkspaceTestSupport.h"
 
 #include <QAbstractButton>
 #include <QApplication>
@@ -59,6 +60,12 @@
 
 namespace program_test {
 
+using workspace_test::Drag;
+using workspace_test::FlushDeletes;
+using workspace_test::InWindow;
+using workspace_test::WaitFor;
+using workspace_test::WindowOf;
+
 inline QString TemplatesFolder()
 {
     return QCoreApplication::applicationDirPath() + QStringLiteral("/LayoutTemplates");
@@ -67,25 +74,6 @@ inline QString TemplatesFolder()
 inline bool HaveBuiltInLayouts()
 {
     return QFile::exists(TemplatesFolder() + QStringLiteral("/DefaultPanelLayout.json"));
-}
-
-// Turns the event loop until `done` holds; false after `ms` (a hang fails, never blocks).
-inline bool WaitFor(const std::function<bool()>& done, int ms = 15000)
-{
-    QDeadlineTimer deadline(ms);
-    while (!done()) {
-        if (deadline.hasExpired())
-            return false;
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
-        QThread::msleep(1);
-    }
-    return true;
-}
-
-inline void FlushDeletes()
-{
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    QCoreApplication::processEvents();
 }
 
 // The titles the gallery shows for the built-in layouts, from the layouts' own table.
@@ -123,26 +111,6 @@ inline std::vector<BoxCard> BoxesOf(CVXPanelScrollView* canvas)
         result.push_back({box, box->GetCurrentCard()});
     }
     return result;
-}
-
-// Mouse input through the window, in the coordinates of `widget`.
-inline QWindow* WindowOf(QWidget* widget)
-{
-    return widget->window()->windowHandle();
-}
-inline QPoint InWindow(QWidget* widget, QPoint local)
-{
-    return widget->mapTo(widget->window(), local);
-}
-inline void Drag(QWidget* w, QPoint from, QPoint delta)
-{
-    QWindow* window = WindowOf(w);
-    const QPoint start = InWindow(w, from);
-    QTest::mousePress(window, Qt::LeftButton, Qt::NoModifier, start);
-    for (int step = 1; step <= 4; ++step)
-        QTest::mouseMove(window, start + delta * step / 4);
-    QTest::mouseRelease(window, Qt::LeftButton, Qt::NoModifier, start + delta);
-    QCoreApplication::processEvents();
 }
 
 template <typename Dialog> Dialog* OpenDialog()

@@ -6,6 +6,7 @@
 #include "apps/Workspace/MarketData/SimMarketData.h"
 
 #include "tests/common/TestSupport.h"
+#include "tests/workspace/WorkspaceTestSupport.h"
 
 #include <gtest/gtest.h>
 
@@ -29,13 +30,10 @@ protected:
     void OnShownStockChanged(unsigned long id) override { shown.push_back(id); }
 };
 
-class WorkspaceCardBaseTest : public ::testing::Test
+class WorkspaceCardBaseTest : public workspace_test::CFeedTest
 {
 protected:
-    void SetUp() override { vx_ws::SetMarketData(&feed); }
-    void TearDown() override { vx_ws::SetMarketData(nullptr); }
-
-    vx_md::CVXSimMarketData feed{7};
+    WorkspaceCardBaseTest() : CFeedTest(7) {}
 };
 
 } // namespace

@@ -77,96 +77,6 @@ CVXVariantMapTree BullCallSpread()
     return data;
 }
 
-VXBuiltInLayout DayTrading()
-{
-    using namespace quote_card_type;
-    using namespace trade_card_type;
-    VXBuiltInLayout layout;
-    layout.nameId = 970600;
-    layout.name = "日内交易";
-    layout.remarksId = 970601;
-    layout.remarks = "自选股、报价、K线、买卖盘、逐笔与下单，持仓和订单同屏";
-    layout.fileBase = QStringLiteral("DayTrading");
-    layout.stockId = 1000;
-    layout.boxes = {
-        Quote(4, 4, 250, 692, {Watchlist}, FullWatchlist()),
-        Quote(258, 4, 540, 120, {StockHeader}),
-        Quote(258, 128, 540, 330, {KLine}),
-        Trade(258, 462, 540, 234, {SecuritiesTradePosition, SecuritiesTradeOrders, TradeHistoryOrders}),
-        Quote(802, 4, 210, 300, {OrderBook}),
-        Quote(802, 308, 210, 388, {Ticks}),
-        Trade(1016, 4, 240, 692, {TradePlaceOrderSecuritiesPanel}),
-    };
-    return layout;
-}
-
-VXBuiltInLayout OptionsTrading()
-{
-    using namespace quote_card_type;
-    using namespace trade_card_type;
-    VXBuiltInLayout layout;
-    layout.nameId = 970602;
-    layout.name = "期权交易";
-    layout.remarksId = 970603;
-    layout.remarks = "标的报价、期权链、组合期权下单、K线与持仓";
-    layout.fileBase = QStringLiteral("OptionsTrading");
-    // The first ETF: the underlying with the fullest option chain.
-    layout.stockId = 500;
-    layout.boxes = {
-        Quote(4, 4, 700, 120, {StockHeader}),
-        Quote(4, 128, 700, 260, {OptionChainsPanel}),
-        Quote(4, 392, 700, 304, {KLine}),
-        Trade(708, 4, 548, 300, {TradePlaceOrderComboOptionPanel}, kGroup, BullCallSpread()),
-        Trade(708, 308, 548, 388, {SecuritiesTradePosition, SecuritiesTradeOrders}),
-    };
-    return layout;
-}
-
-VXBuiltInLayout MarketOverview()
-{
-    using namespace quote_card_type;
-    using namespace trade_card_type;
-    VXBuiltInLayout layout;
-    layout.nameId = 970604;
-    layout.name = "市场概览";
-    layout.remarksId = 970605;
-    layout.remarks = "大自选列表、K线、成交统计、经纪队列与账户概况";
-    layout.fileBase = QStringLiteral("MarketOverview");
-    // A Hong Kong stock: its book carries the broker queues.
-    layout.stockId = 1002;
-    layout.boxes = {
-        Quote(4, 4, 520, 692, {Watchlist}, FullWatchlist()),
-        Quote(528, 4, 728, 412, {KLine}),
-        Quote(528, 420, 240, 276, {TicksStatistic}),
-        Quote(772, 420, 240, 276, {Brokers}),
-        // The account is not the security's: it stays out of the group.
-        Trade(1016, 420, 240, 276, {SecuritiesAccInfo}, QString()),
-    };
-    return layout;
-}
-
-VXBuiltInLayout PriceLadder()
-{
-    using namespace quote_card_type;
-    using namespace trade_card_type;
-    VXBuiltInLayout layout;
-    layout.nameId = 970606;
-    layout.name = "点价交易";
-    layout.remarksId = 970607;
-    layout.remarks = "点价下单、买卖盘、逐笔成交与订单";
-    layout.fileBase = QStringLiteral("PriceLadder");
-    layout.stockId = 1001;
-    layout.boxes = {
-        Trade(4, 4, 380, 692, {TradePlaceOrderBookTraderPanel}),
-        Quote(388, 4, 868, 120, {StockHeader}),
-        Quote(388, 128, 290, 300, {OrderBook}),
-        Quote(682, 128, 260, 300, {Ticks}),
-        Quote(946, 128, 310, 300, {KLine}),
-        Trade(388, 432, 868, 264, {SecuritiesTradeOrders, TradeHistoryOrders, SecuritiesTradePosition}),
-    };
-    return layout;
-}
-
 } // namespace
 
 QSize BuiltInCanvasSize()
@@ -176,8 +86,69 @@ QSize BuiltInCanvasSize()
 
 const QVector<VXBuiltInLayout>& BuiltInLayouts()
 {
-    static const QVector<VXBuiltInLayout> layouts = {DayTrading(), OptionsTrading(), MarketOverview(),
-                                                     PriceLadder()};
+    using namespace quote_card_type;
+    using namespace trade_card_type;
+    // Each: name and remarks (text id, Chinese fallback), file base, the security shown, boxes.
+    static const QVector<VXBuiltInLayout> layouts = {
+        {970600,
+         "日内交易",
+         970601,
+         "自选股、报价、K线、买卖盘、逐笔与下单，持仓和订单同屏",
+         QStringLiteral("DayTrading"),
+         1000,
+         {
+             Quote(4, 4, 250, 692, {Watchlist}, FullWatchlist()),
+             Quote(258, 4, 540, 120, {StockHeader}),
+             Quote(258, 128, 540, 330, {KLine}),
+             Trade(258, 462, 540, 234, {SecuritiesTradePosition, SecuritiesTradeOrders, TradeHistoryOrders}),
+             Quote(802, 4, 210, 300, {OrderBook}),
+             Quote(802, 308, 210, 388, {Ticks}),
+             Trade(1016, 4, 240, 692, {TradePlaceOrderSecuritiesPanel}),
+         }},
+        // The first ETF: the underlying with the fullest option chain.
+        {970602,
+         "期权交易",
+         970603,
+         "标的报价、期权链、组合期权下单、K线与持仓",
+         QStringLiteral("OptionsTrading"),
+         500,
+         {
+             Quote(4, 4, 700, 120, {StockHeader}),
+             Quote(4, 128, 700, 260, {OptionChainsPanel}),
+             Quote(4, 392, 700, 304, {KLine}),
+             Trade(708, 4, 548, 300, {TradePlaceOrderComboOptionPanel}, kGroup, BullCallSpread()),
+             Trade(708, 308, 548, 388, {SecuritiesTradePosition, SecuritiesTradeOrders}),
+         }},
+        // A Hong Kong stock: its book carries the broker queues.
+        {970604,
+         "市场概览",
+         970605,
+         "大自选列表、K线、成交统计、经纪队列与账户概况",
+         QStringLiteral("MarketOverview"),
+         1002,
+         {
+             Quote(4, 4, 520, 692, {Watchlist}, FullWatchlist()),
+             Quote(528, 4, 728, 412, {KLine}),
+             Quote(528, 420, 240, 276, {TicksStatistic}),
+             Quote(772, 420, 240, 276, {Brokers}),
+             // The account is not the security's: it stays out of the group.
+             Trade(1016, 420, 240, 276, {SecuritiesAccInfo}, QString()),
+         }},
+        {970606,
+         "点价交易",
+         970607,
+         "点价下单、买卖盘、逐笔成交与订单",
+         QStringLiteral("PriceLadder"),
+         1001,
+         {
+             Trade(4, 4, 380, 692, {TradePlaceOrderBookTraderPanel}),
+             Quote(388, 4, 868, 120, {StockHeader}),
+             Quote(388, 128, 290, 300, {OrderBook}),
+             Quote(682, 128, 260, 300, {Ticks}),
+             Quote(946, 128, 310, 300, {KLine}),
+             Trade(388, 432, 868, 264, {SecuritiesTradeOrders, TradeHistoryOrders, SecuritiesTradePosition}),
+         }},
+    };
     return layouts;
 }
 

@@ -1,8 +1,8 @@
 #include "apps/Workspace/QuoteCards/BrokersCard.h"
 
+#include "apps/Workspace/Cards/CardPaint.h"
 #include "apps/Workspace/Cards/WorkspaceContext.h"
 #include "apps/Workspace/MarketData/SimMarketData.h"
-#include "apps/Workspace/QuoteCards/BookCardPaint.h"
 
 #include "Platform/Core/Langx.h"
 
@@ -12,7 +12,7 @@
 
 namespace vx_ws {
 
-using namespace book_paint;
+using namespace card_paint;
 
 namespace {
 
@@ -25,37 +25,13 @@ constexpr int kGap = 1;
 
 CVXCardBaseStyle CVXBrokersCard::StaticCardStyle()
 {
-    CVXCardBaseStyle style;
-    style.idealSize = QSize(300, 200);
-    style.minSize = QSize(200, 100);
-    style.maxSize = QSize(1600, 1200);
-    style.title = core::langx::tr(970201, "经纪队列");
-    return style;
+    return MakeCardStyle(core::langx::tr(970201, "经纪队列"), QSize(300, 200), QSize(200, 100),
+                         QSize(1600, 1200));
 }
 
-CVXBrokersCard::CVXBrokersCard(EnVXCardPos pos, QWidget* parent) : CVXWorkspaceCardBase(pos, parent) {}
+CVXBrokersCard::CVXBrokersCard(EnVXCardPos pos, QWidget* parent) : TplVXWorkspaceCard(pos, parent) {}
 
 CVXBrokersCard::~CVXBrokersCard() = default;
-
-QString CVXBrokersCard::GetCardObjType()
-{
-    return QString::fromLatin1(kCardType);
-}
-
-QString CVXBrokersCard::GetCardStaticTitle()
-{
-    return StaticCardStyle().title;
-}
-
-QSize CVXBrokersCard::GetCardMinSize()
-{
-    return StaticCardStyle().minSize;
-}
-
-QSize CVXBrokersCard::GetCardIdealSize()
-{
-    return StaticCardStyle().idealSize;
-}
 
 QRect CVXBrokersCard::SideRect(bool bidSide) const
 {

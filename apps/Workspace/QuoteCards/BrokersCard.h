@@ -5,7 +5,7 @@
 // row by row: a level marker, then the brokers queued at that level, front of the queue first,
 // then the next level, as many as fit.
 
-#include "apps/Workspace/Cards/WorkspaceCardBase.h"
+#include "apps/Workspace/Cards/WorkspaceCard.h"
 #include "apps/Workspace/QuoteCards/BrokerQueueModel.h"
 
 #include "UIFrame/CardBaseStyle.h"
@@ -16,7 +16,7 @@
 
 namespace vx_ws {
 
-class CVXBrokersCard : public CVXWorkspaceCardBase
+class CVXBrokersCard : public TplVXWorkspaceCard<CVXBrokersCard>
 {
     Q_OBJECT
 public:
@@ -25,11 +25,6 @@ public:
 
     explicit CVXBrokersCard(EnVXCardPos pos, QWidget* parent = nullptr);
     ~CVXBrokersCard() override;
-
-    QString GetCardObjType() override;
-    QString GetCardStaticTitle() override;
-    QSize GetCardMinSize() override;
-    QSize GetCardIdealSize() override;
 
     // The cells painted now on one side (bid: true), in reading order.
     std::vector<BrokerQueueCell> VisibleCells(bool bidSide) const;

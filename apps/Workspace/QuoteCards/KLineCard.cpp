@@ -172,41 +172,17 @@ struct CVXKLineCard::Impl
 
 CVXCardBaseStyle CVXKLineCard::StaticCardStyle()
 {
-    CVXCardBaseStyle style;
-    style.idealSize = QSize(480, 300);
-    style.minSize = QSize(240, 160);
-    style.maxSize = QSize(5000, 5000);
-    style.title = core::langx::tr(236232, "走势图");
-    return style;
+    return MakeCardStyle(core::langx::tr(236232, "走势图"), QSize(480, 300), QSize(240, 160),
+                         QSize(5000, 5000));
 }
 
 CVXKLineCard::CVXKLineCard(EnVXCardPos pos, QWidget* parent)
-    : CVXWorkspaceCardBase(pos, parent), d(std::make_unique<Impl>())
+    : TplVXWorkspaceCard(pos, parent), d(std::make_unique<Impl>())
 {
     d->Reload(ShownStockID());
 }
 
 CVXKLineCard::~CVXKLineCard() = default;
-
-QString CVXKLineCard::GetCardObjType()
-{
-    return QString::fromLatin1(kCardType);
-}
-
-QString CVXKLineCard::GetCardStaticTitle()
-{
-    return StaticCardStyle().title;
-}
-
-QSize CVXKLineCard::GetCardMinSize()
-{
-    return StaticCardStyle().minSize;
-}
-
-QSize CVXKLineCard::GetCardIdealSize()
-{
-    return StaticCardStyle().idealSize;
-}
 
 void CVXKLineCard::GetCardObjRestoreData(CVXVariantMapTree* data) const
 {

@@ -6,7 +6,7 @@
 // off). Hovering the plot shows a crosshair with the hovered candle's time, OHLC and volume.
 // The period and the MA switch are the card's saved state (keys "Period" int, "ShowMA" bool).
 
-#include "apps/Workspace/Cards/WorkspaceCardBase.h"
+#include "apps/Workspace/Cards/WorkspaceCard.h"
 #include "apps/Workspace/QuoteCards/KLineModel.h"
 
 #include "UIFrame/CardTypes.h"
@@ -15,7 +15,7 @@
 
 namespace vx_ws {
 
-class CVXKLineCard : public CVXWorkspaceCardBase
+class CVXKLineCard : public TplVXWorkspaceCard<CVXKLineCard>
 {
     Q_OBJECT
 public:
@@ -27,10 +27,6 @@ public:
     explicit CVXKLineCard(EnVXCardPos pos, QWidget* parent = nullptr);
     ~CVXKLineCard() override;
 
-    QString GetCardObjType() override;
-    QString GetCardStaticTitle() override;
-    QSize GetCardMinSize() override;
-    QSize GetCardIdealSize() override;
     void GetCardObjRestoreData(CVXVariantMapTree* data) const override;
     // A missing or unsupported value keeps the current one (an unsupported one is logged).
     void SetCardObjRestoreData(const CVXVariantMapTree& data) override;

@@ -1,8 +1,8 @@
 #include "apps/Workspace/QuoteCards/OptionChainsPanelCard.h"
 
+#include "apps/Workspace/Cards/CardPaint.h"
 #include "apps/Workspace/Cards/WorkspaceContext.h"
 #include "apps/Workspace/MarketData/SimMarketData.h"
-#include "apps/Workspace/QuoteCards/BookCardPaint.h"
 
 #include "UIFrame/CardEvents.h"
 #include "UIFrame/VariantMapTreeAccess.h"
@@ -17,7 +17,7 @@
 
 namespace vx_ws {
 
-using namespace book_paint;
+using namespace card_paint;
 
 namespace {
 
@@ -99,41 +99,17 @@ struct CVXOptionChainsPanelCard::Layout
 
 CVXCardBaseStyle CVXOptionChainsPanelCard::StaticCardStyle()
 {
-    CVXCardBaseStyle style;
-    style.idealSize = QSize(560, 360);
-    style.minSize = QSize(320, 180);
-    style.maxSize = QSize(2000, 1600);
-    style.title = core::langx::tr(236246, "期权链");
-    return style;
+    return MakeCardStyle(core::langx::tr(236246, "期权链"), QSize(560, 360), QSize(320, 180),
+                         QSize(2000, 1600));
 }
 
 CVXOptionChainsPanelCard::CVXOptionChainsPanelCard(EnVXCardPos pos, QWidget* parent)
-    : CVXWorkspaceCardBase(pos, parent)
+    : TplVXWorkspaceCard(pos, parent)
 {
     Rebuild();
 }
 
 CVXOptionChainsPanelCard::~CVXOptionChainsPanelCard() = default;
-
-QString CVXOptionChainsPanelCard::GetCardObjType()
-{
-    return QString::fromLatin1(kCardType);
-}
-
-QString CVXOptionChainsPanelCard::GetCardStaticTitle()
-{
-    return StaticCardStyle().title;
-}
-
-QSize CVXOptionChainsPanelCard::GetCardMinSize()
-{
-    return StaticCardStyle().minSize;
-}
-
-QSize CVXOptionChainsPanelCard::GetCardIdealSize()
-{
-    return StaticCardStyle().idealSize;
-}
 
 void CVXOptionChainsPanelCard::GetCardObjRestoreData(CVXVariantMapTree* data) const
 {

@@ -11,7 +11,7 @@
 // the card. An option index arriving from the card's surroundings selects that option and its
 // expiry (switching to its underlying when needed). Every option of the chain is kept moving.
 
-#include "apps/Workspace/Cards/WorkspaceCardBase.h"
+#include "apps/Workspace/Cards/WorkspaceCard.h"
 #include "apps/Workspace/QuoteCards/OptionChainModel.h"
 
 #include "UIFrame/CardBaseStyle.h"
@@ -20,7 +20,7 @@
 
 namespace vx_ws {
 
-class CVXOptionChainsPanelCard : public CVXWorkspaceCardBase
+class CVXOptionChainsPanelCard : public TplVXWorkspaceCard<CVXOptionChainsPanelCard>
 {
     Q_OBJECT
 public:
@@ -30,10 +30,6 @@ public:
     explicit CVXOptionChainsPanelCard(EnVXCardPos pos, QWidget* parent = nullptr);
     ~CVXOptionChainsPanelCard() override;
 
-    QString GetCardObjType() override;
-    QString GetCardStaticTitle() override;
-    QSize GetCardMinSize() override;
-    QSize GetCardIdealSize() override;
     void GetCardObjRestoreData(CVXVariantMapTree* data) const override;
     void SetCardObjRestoreData(const CVXVariantMapTree& data) override;
     void SetOptionIndexInfo(const CVXVariantMapTree& info) override;

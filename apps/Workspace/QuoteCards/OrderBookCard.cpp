@@ -1,8 +1,8 @@
 #include "apps/Workspace/QuoteCards/OrderBookCard.h"
 
+#include "apps/Workspace/Cards/CardPaint.h"
 #include "apps/Workspace/Cards/WorkspaceContext.h"
 #include "apps/Workspace/MarketData/SimMarketData.h"
-#include "apps/Workspace/QuoteCards/BookCardPaint.h"
 
 #include "UIFrame/CardEvents.h"
 #include "UIFrame/VariantMapTreeAccess.h"
@@ -18,7 +18,7 @@
 
 namespace vx_ws {
 
-using namespace book_paint;
+using namespace card_paint;
 
 namespace {
 
@@ -61,37 +61,13 @@ struct CVXOrderBookCard::Geometry
 
 CVXCardBaseStyle CVXOrderBookCard::StaticCardStyle()
 {
-    CVXCardBaseStyle style;
-    style.idealSize = QSize(240, 300);
-    style.minSize = QSize(160, 120);
-    style.maxSize = QSize(1200, 1200);
-    style.title = core::langx::tr(970200, "盘口");
-    return style;
+    return MakeCardStyle(core::langx::tr(970200, "盘口"), QSize(240, 300), QSize(160, 120),
+                         QSize(1200, 1200));
 }
 
-CVXOrderBookCard::CVXOrderBookCard(EnVXCardPos pos, QWidget* parent) : CVXWorkspaceCardBase(pos, parent) {}
+CVXOrderBookCard::CVXOrderBookCard(EnVXCardPos pos, QWidget* parent) : TplVXWorkspaceCard(pos, parent) {}
 
 CVXOrderBookCard::~CVXOrderBookCard() = default;
-
-QString CVXOrderBookCard::GetCardObjType()
-{
-    return QString::fromLatin1(kCardType);
-}
-
-QString CVXOrderBookCard::GetCardStaticTitle()
-{
-    return StaticCardStyle().title;
-}
-
-QSize CVXOrderBookCard::GetCardMinSize()
-{
-    return StaticCardStyle().minSize;
-}
-
-QSize CVXOrderBookCard::GetCardIdealSize()
-{
-    return StaticCardStyle().idealSize;
-}
 
 void CVXOrderBookCard::GetCardMenu(vx_std_ui::VMenu* menu)
 {

@@ -6,7 +6,7 @@
 // a level asks for an order panel prefilled with its price: buy at an ask, sell at a bid
 // (CardEventPostionsOpenPlaceOrder raised from the card).
 
-#include "apps/Workspace/Cards/WorkspaceCardBase.h"
+#include "apps/Workspace/Cards/WorkspaceCard.h"
 #include "apps/Workspace/QuoteCards/OrderBookModel.h"
 
 #include "UIFrame/CardBaseStyle.h"
@@ -15,7 +15,7 @@
 
 namespace vx_ws {
 
-class CVXOrderBookCard : public CVXWorkspaceCardBase
+class CVXOrderBookCard : public TplVXWorkspaceCard<CVXOrderBookCard>
 {
     Q_OBJECT
 public:
@@ -31,10 +31,6 @@ public:
     explicit CVXOrderBookCard(EnVXCardPos pos, QWidget* parent = nullptr);
     ~CVXOrderBookCard() override;
 
-    QString GetCardObjType() override;
-    QString GetCardStaticTitle() override;
-    QSize GetCardMinSize() override;
-    QSize GetCardIdealSize() override;
     void GetCardMenu(vx_std_ui::VMenu* menu) override;
     void GetCardObjRestoreData(CVXVariantMapTree* data) const override;
     void SetCardObjRestoreData(const CVXVariantMapTree& data) override;

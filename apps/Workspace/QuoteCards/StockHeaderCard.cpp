@@ -1,5 +1,6 @@
 #include "apps/Workspace/QuoteCards/StockHeaderCard.h"
 
+#include "apps/Workspace/Cards/CardPaint.h"
 #include "apps/Workspace/Cards/WorkspaceContext.h"
 #include "apps/Workspace/MarketData/SimMarketData.h"
 
@@ -19,17 +20,11 @@
 
 namespace vx_ws {
 
+using card_paint::PixelFont;
+
 namespace {
 
 constexpr int kMargin = 8;
-
-QFont PixelFont(const QFont& base, int pixelSize, bool bold = false)
-{
-    QFont font = base;
-    font.setPixelSize(pixelSize);
-    font.setBold(bold);
-    return font;
-}
 
 } // namespace
 
@@ -47,16 +42,12 @@ struct CVXStockHeaderCard::Impl
 
 CVXCardBaseStyle CVXStockHeaderCard::StaticCardStyle()
 {
-    CVXCardBaseStyle style;
-    style.idealSize = QSize(480, 96);
-    style.minSize = QSize(240, 64);
-    style.maxSize = QSize(5000, 200);
-    style.title = core::langx::tr(236231, "报价摘要");
-    return style;
+    return MakeCardStyle(core::langx::tr(236231, "报价摘要"), QSize(480, 96), QSize(240, 64),
+                         QSize(5000, 200));
 }
 
 CVXStockHeaderCard::CVXStockHeaderCard(EnVXCardPos pos, QWidget* parent)
-    : CVXWorkspaceCardBase(pos, parent), d(std::make_unique<Impl>())
+    : TplVXWorkspaceCard(pos, parent), d(std::make_unique<Impl>())
 {
     // Typing on the card starts a code search, so the card takes focus when clicked.
     setFocusPolicy(Qt::StrongFocus);
@@ -67,26 +58,6 @@ CVXStockHeaderCard::~CVXStockHeaderCard()
     // The completer's popup is a top-level window; it goes with the completer.
     if (d->editor)
         d->editor->removeEventFilter(this);
-}
-
-QString CVXStockHeaderCard::GetCardObjType()
-{
-    return QString::fromLatin1(kCardType);
-}
-
-QString CVXStockHeaderCard::GetCardStaticTitle()
-{
-    return StaticCardStyle().title;
-}
-
-QSize CVXStockHeaderCard::GetCardMinSize()
-{
-    return StaticCardStyle().minSize;
-}
-
-QSize CVXStockHeaderCard::GetCardIdealSize()
-{
-    return StaticCardStyle().idealSize;
 }
 
 StockHeaderView CVXStockHeaderCard::View() const

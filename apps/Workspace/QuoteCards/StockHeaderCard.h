@@ -8,7 +8,7 @@
 // and its linkage group follow), an unknown one shows an inline "not found" hint and changes
 // nothing; Escape or leaving the field closes it.
 
-#include "apps/Workspace/Cards/WorkspaceCardBase.h"
+#include "apps/Workspace/Cards/WorkspaceCard.h"
 #include "apps/Workspace/QuoteCards/StockHeaderModel.h"
 
 #include "UIFrame/CardTypes.h"
@@ -19,7 +19,7 @@ class QLineEdit;
 
 namespace vx_ws {
 
-class CVXStockHeaderCard : public CVXWorkspaceCardBase
+class CVXStockHeaderCard : public TplVXWorkspaceCard<CVXStockHeaderCard>
 {
     Q_OBJECT
 public:
@@ -29,11 +29,6 @@ public:
 
     explicit CVXStockHeaderCard(EnVXCardPos pos, QWidget* parent = nullptr);
     ~CVXStockHeaderCard() override;
-
-    QString GetCardObjType() override;
-    QString GetCardStaticTitle() override;
-    QSize GetCardMinSize() override;
-    QSize GetCardIdealSize() override;
 
     // What the card shows now (empty texts while the security is unknown to the feed).
     StockHeaderView View() const;

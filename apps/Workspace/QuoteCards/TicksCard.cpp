@@ -13,37 +13,13 @@ namespace vx_ws {
 
 CVXCardBaseStyle CVXTicksCard::StaticCardStyle()
 {
-    CVXCardBaseStyle style;
-    style.idealSize = QSize(240, 240);
-    style.minSize = QSize(160, 120);
-    style.maxSize = QSize(5000, 5000);
-    style.title = core::langx::tr(236233, "逐笔明细");
-    return style;
+    return MakeCardStyle(core::langx::tr(236233, "逐笔明细"), QSize(240, 240), QSize(160, 120),
+                         QSize(5000, 5000));
 }
 
-CVXTicksCard::CVXTicksCard(EnVXCardPos pos, QWidget* parent) : CVXWorkspaceCardBase(pos, parent) {}
+CVXTicksCard::CVXTicksCard(EnVXCardPos pos, QWidget* parent) : TplVXWorkspaceCard(pos, parent) {}
 
 CVXTicksCard::~CVXTicksCard() = default;
-
-QString CVXTicksCard::GetCardObjType()
-{
-    return QString::fromLatin1(kCardType);
-}
-
-QString CVXTicksCard::GetCardStaticTitle()
-{
-    return StaticCardStyle().title;
-}
-
-QSize CVXTicksCard::GetCardMinSize()
-{
-    return StaticCardStyle().minSize;
-}
-
-QSize CVXTicksCard::GetCardIdealSize()
-{
-    return StaticCardStyle().idealSize;
-}
 
 int CVXTicksCard::RowCapacity() const
 {

@@ -4,14 +4,14 @@
 // rise or fall colour against the previous close), volume and a buy/sell marker from the trade's
 // side. As many rows as the card's height holds; each feed step pushes new trades in at the top.
 
-#include "apps/Workspace/Cards/WorkspaceCardBase.h"
+#include "apps/Workspace/Cards/WorkspaceCard.h"
 #include "apps/Workspace/MarketData/MarketTypes.h"
 
 #include "UIFrame/CardTypes.h"
 
 namespace vx_ws {
 
-class CVXTicksCard : public CVXWorkspaceCardBase
+class CVXTicksCard : public TplVXWorkspaceCard<CVXTicksCard>
 {
     Q_OBJECT
 public:
@@ -22,11 +22,6 @@ public:
 
     explicit CVXTicksCard(EnVXCardPos pos, QWidget* parent = nullptr);
     ~CVXTicksCard() override;
-
-    QString GetCardObjType() override;
-    QString GetCardStaticTitle() override;
-    QSize GetCardMinSize() override;
-    QSize GetCardIdealSize() override;
 
     // Whole rows that fit below the header.
     int RowCapacity() const;

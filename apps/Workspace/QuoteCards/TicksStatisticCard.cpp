@@ -1,5 +1,6 @@
 #include "apps/Workspace/QuoteCards/TicksStatisticCard.h"
 
+#include "apps/Workspace/Cards/CardPaint.h"
 #include "apps/Workspace/Cards/WorkspaceContext.h"
 #include "apps/Workspace/MarketData/SimMarketData.h"
 
@@ -17,6 +18,8 @@
 
 namespace vx_ws {
 
+using card_paint::PixelFont;
+
 namespace {
 
 constexpr int kTotalsHeight = 36;
@@ -26,14 +29,6 @@ constexpr int kMargin = 8;
 QString ShareText(double share)
 {
     return QString::number(share * 100.0, 'f', 1) + QLatin1Char('%');
-}
-
-QFont PixelFont(const QFont& base, int pixelSize, bool bold = false)
-{
-    QFont font = base;
-    font.setPixelSize(pixelSize);
-    font.setBold(bold);
-    return font;
 }
 
 } // namespace
@@ -53,41 +48,17 @@ struct CVXTicksStatisticCard::Impl
 
 CVXCardBaseStyle CVXTicksStatisticCard::StaticCardStyle()
 {
-    CVXCardBaseStyle style;
-    style.idealSize = QSize(240, 240);
-    style.minSize = QSize(200, 120);
-    style.maxSize = QSize(5000, 5000);
-    style.title = core::langx::tr(970101, "分价统计");
-    return style;
+    return MakeCardStyle(core::langx::tr(970101, "分价统计"), QSize(240, 240), QSize(200, 120),
+                         QSize(5000, 5000));
 }
 
 CVXTicksStatisticCard::CVXTicksStatisticCard(EnVXCardPos pos, QWidget* parent)
-    : CVXWorkspaceCardBase(pos, parent), d(std::make_unique<Impl>())
+    : TplVXWorkspaceCard(pos, parent), d(std::make_unique<Impl>())
 {
     Rebuild();
 }
 
 CVXTicksStatisticCard::~CVXTicksStatisticCard() = default;
-
-QString CVXTicksStatisticCard::GetCardObjType()
-{
-    return QString::fromLatin1(kCardType);
-}
-
-QString CVXTicksStatisticCard::GetCardStaticTitle()
-{
-    return StaticCardStyle().title;
-}
-
-QSize CVXTicksStatisticCard::GetCardMinSize()
-{
-    return StaticCardStyle().minSize;
-}
-
-QSize CVXTicksStatisticCard::GetCardIdealSize()
-{
-    return StaticCardStyle().idealSize;
-}
 
 void CVXTicksStatisticCard::GetCardObjRestoreData(CVXVariantMapTree* data) const
 {

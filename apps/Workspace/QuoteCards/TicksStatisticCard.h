@@ -7,7 +7,7 @@
 // price (the view starts around the last price) or by volume; the sort is the card's saved
 // state (key "SortBy", int: 0 price, 1 volume). The wheel scrolls the rows.
 
-#include "apps/Workspace/Cards/WorkspaceCardBase.h"
+#include "apps/Workspace/Cards/WorkspaceCard.h"
 #include "apps/Workspace/QuoteCards/TicksStatisticModel.h"
 
 #include "UIFrame/CardTypes.h"
@@ -16,7 +16,7 @@
 
 namespace vx_ws {
 
-class CVXTicksStatisticCard : public CVXWorkspaceCardBase
+class CVXTicksStatisticCard : public TplVXWorkspaceCard<CVXTicksStatisticCard>
 {
     Q_OBJECT
 public:
@@ -30,10 +30,6 @@ public:
     explicit CVXTicksStatisticCard(EnVXCardPos pos, QWidget* parent = nullptr);
     ~CVXTicksStatisticCard() override;
 
-    QString GetCardObjType() override;
-    QString GetCardStaticTitle() override;
-    QSize GetCardMinSize() override;
-    QSize GetCardIdealSize() override;
     void GetCardObjRestoreData(CVXVariantMapTree* data) const override;
     // A missing value keeps the current sort; an unknown one is logged and ignored.
     void SetCardObjRestoreData(const CVXVariantMapTree& data) override;

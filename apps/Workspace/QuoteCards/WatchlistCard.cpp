@@ -1,8 +1,8 @@
 #include "apps/Workspace/QuoteCards/WatchlistCard.h"
 
+#include "apps/Workspace/Cards/CardPaint.h"
 #include "apps/Workspace/Cards/WorkspaceContext.h"
 #include "apps/Workspace/MarketData/SimMarketData.h"
-#include "apps/Workspace/QuoteCards/BookCardPaint.h"
 
 #include "Platform/Core/Langx.h"
 #include "Platform/StdUI/Menu.h"
@@ -19,7 +19,7 @@
 
 namespace vx_ws {
 
-using namespace book_paint;
+using namespace card_paint;
 using EnColumn = CVXWatchlistModel::EnColumn;
 
 namespace {
@@ -53,15 +53,11 @@ QString ColumnTitle(EnColumn column)
 
 CVXCardBaseStyle CVXWatchlistCard::StaticCardStyle()
 {
-    CVXCardBaseStyle style;
-    style.idealSize = QSize(300, 400);
-    style.minSize = QSize(200, 160);
-    style.maxSize = QSize(1600, 2000);
-    style.title = core::langx::tr(236237, "自选");
-    return style;
+    return MakeCardStyle(core::langx::tr(236237, "自选"), QSize(300, 400), QSize(200, 160),
+                         QSize(1600, 2000));
 }
 
-CVXWatchlistCard::CVXWatchlistCard(EnVXCardPos pos, QWidget* parent) : CVXWorkspaceCardBase(pos, parent)
+CVXWatchlistCard::CVXWatchlistCard(EnVXCardPos pos, QWidget* parent) : TplVXWorkspaceCard(pos, parent)
 {
     setFocusPolicy(Qt::StrongFocus);
     m_model.Refresh(MarketData());
@@ -69,26 +65,6 @@ CVXWatchlistCard::CVXWatchlistCard(EnVXCardPos pos, QWidget* parent) : CVXWorksp
 }
 
 CVXWatchlistCard::~CVXWatchlistCard() = default;
-
-QString CVXWatchlistCard::GetCardObjType()
-{
-    return QString::fromLatin1(kCardType);
-}
-
-QString CVXWatchlistCard::GetCardStaticTitle()
-{
-    return StaticCardStyle().title;
-}
-
-QSize CVXWatchlistCard::GetCardMinSize()
-{
-    return StaticCardStyle().minSize;
-}
-
-QSize CVXWatchlistCard::GetCardIdealSize()
-{
-    return StaticCardStyle().idealSize;
-}
 
 void CVXWatchlistCard::GetCardObjRestoreData(CVXVariantMapTree* data) const
 {

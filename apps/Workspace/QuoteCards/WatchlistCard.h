@@ -7,7 +7,7 @@
 // shown security or removes the row under the pointer. The list and the sort are saved with the
 // card; every listed security is kept moving in the feed.
 
-#include "apps/Workspace/Cards/WorkspaceCardBase.h"
+#include "apps/Workspace/Cards/WorkspaceCard.h"
 #include "apps/Workspace/QuoteCards/WatchlistModel.h"
 
 #include "UIFrame/CardBaseStyle.h"
@@ -20,7 +20,7 @@ class VMenu;
 
 namespace vx_ws {
 
-class CVXWatchlistCard : public CVXWorkspaceCardBase
+class CVXWatchlistCard : public TplVXWorkspaceCard<CVXWatchlistCard>
 {
     Q_OBJECT
 public:
@@ -30,10 +30,6 @@ public:
     explicit CVXWatchlistCard(EnVXCardPos pos, QWidget* parent = nullptr);
     ~CVXWatchlistCard() override;
 
-    QString GetCardObjType() override;
-    QString GetCardStaticTitle() override;
-    QSize GetCardMinSize() override;
-    QSize GetCardIdealSize() override;
     void GetCardObjRestoreData(CVXVariantMapTree* data) const override;
     void SetCardObjRestoreData(const CVXVariantMapTree& data) override;
 

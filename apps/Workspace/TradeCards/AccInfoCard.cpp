@@ -41,40 +41,16 @@ const FieldEntry kGrid[] = {
 
 CVXCardBaseStyle CVXAccInfoCard::StaticCardStyle()
 {
-    CVXCardBaseStyle style;
-    style.idealSize = QSize(300, 220);
-    style.minSize = QSize(200, 140);
-    style.maxSize = QSize(2000, 2000);
-    style.title = core::langx::tr(250218, "账户");
-    return style;
+    return MakeCardStyle(core::langx::tr(250218, "账户"), QSize(300, 220), QSize(200, 140),
+                         QSize(2000, 2000));
 }
 
-CVXAccInfoCard::CVXAccInfoCard(EnVXCardPos pos, QWidget* parent) : CVXAccountCardBase(pos, parent)
+CVXAccInfoCard::CVXAccInfoCard(EnVXCardPos pos, QWidget* parent) : TplVXWorkspaceCard(pos, parent)
 {
     RefreshIfStale();
 }
 
 CVXAccInfoCard::~CVXAccInfoCard() = default;
-
-QString CVXAccInfoCard::GetCardObjType()
-{
-    return QString::fromLatin1(kCardType);
-}
-
-QString CVXAccInfoCard::GetCardStaticTitle()
-{
-    return StaticCardStyle().title;
-}
-
-QSize CVXAccInfoCard::GetCardMinSize()
-{
-    return StaticCardStyle().minSize;
-}
-
-QSize CVXAccInfoCard::GetCardIdealSize()
-{
-    return StaticCardStyle().idealSize;
-}
 
 QString CVXAccInfoCard::FieldText(EnField field) const
 {

@@ -5,6 +5,7 @@
 // unrealised P&L in rise / fall colours, and a bar splitting the assets into cash and positions.
 // It follows the account's changes and the feed for the account's positions.
 
+#include "apps/Workspace/Cards/WorkspaceCard.h"
 #include "apps/Workspace/Trade/SimTradeService.h"
 #include "apps/Workspace/TradeCards/AccountCardBase.h"
 
@@ -14,7 +15,7 @@
 
 namespace vx_ws {
 
-class CVXAccInfoCard : public CVXAccountCardBase
+class CVXAccInfoCard : public TplVXWorkspaceCard<CVXAccInfoCard, CVXAccountCardBase>
 {
     Q_OBJECT
 public:
@@ -35,11 +36,6 @@ public:
 
     explicit CVXAccInfoCard(EnVXCardPos pos, QWidget* parent = nullptr);
     ~CVXAccInfoCard() override;
-
-    QString GetCardObjType() override;
-    QString GetCardStaticTitle() override;
-    QSize GetCardMinSize() override;
-    QSize GetCardIdealSize() override;
 
     // What the card shows: the summary it last read, each field's text ("--" without an
     // account) and the bar's cash share.

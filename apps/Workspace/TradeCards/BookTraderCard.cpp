@@ -1,5 +1,6 @@
 #include "apps/Workspace/TradeCards/BookTraderCard.h"
 
+#include "apps/Workspace/Cards/CardPaint.h"
 #include "apps/Workspace/Cards/WorkspaceContext.h"
 #include "apps/Workspace/MarketData/SimMarketData.h"
 #include "apps/Workspace/TradeCards/AccountSelector.h"
@@ -19,6 +20,7 @@
 
 namespace vx_ws {
 
+using card_paint::WithAlpha;
 using vx_trade::EnOrderSide;
 using Column = CVXBookTraderModel::EnColumn;
 
@@ -29,29 +31,17 @@ constexpr int kToolbarHeight = 26;
 constexpr int kHeaderHeight = 20;
 constexpr int kRowHeight = 18;
 constexpr int kResultHeight = 22;
-const QSize kIdealSize(300, 420);
-const QSize kMinSize(240, 220);
 const QString kQuantityKey = QStringLiteral("Quantity");
-
-QColor WithAlpha(QColor color, int alpha)
-{
-    color.setAlpha(alpha);
-    return color;
-}
 
 } // namespace
 
 CVXCardBaseStyle CVXBookTraderCard::StaticCardStyle()
 {
-    CVXCardBaseStyle style;
-    style.idealSize = kIdealSize;
-    style.minSize = kMinSize;
-    style.maxSize = QSize(5000, 5000);
-    style.title = core::langx::tr(292863, "闪电下单");
-    return style;
+    return MakeCardStyle(core::langx::tr(292863, "闪电下单"), QSize(300, 420), QSize(240, 220),
+                         QSize(5000, 5000));
 }
 
-CVXBookTraderCard::CVXBookTraderCard(EnVXCardPos pos, QWidget* parent) : CVXOrderTicketCardBase(pos, parent)
+CVXBookTraderCard::CVXBookTraderCard(EnVXCardPos pos, QWidget* parent) : TplVXWorkspaceCard(pos, parent)
 {
     setMouseTracking(true);
     m_pQuantity = new QSpinBox(this);
@@ -71,26 +61,6 @@ CVXBookTraderCard::CVXBookTraderCard(EnVXCardPos pos, QWidget* parent) : CVXOrde
 }
 
 CVXBookTraderCard::~CVXBookTraderCard() = default;
-
-QString CVXBookTraderCard::GetCardObjType()
-{
-    return QString::fromLatin1(kCardType);
-}
-
-QString CVXBookTraderCard::GetCardStaticTitle()
-{
-    return StaticCardStyle().title;
-}
-
-QSize CVXBookTraderCard::GetCardMinSize()
-{
-    return kMinSize;
-}
-
-QSize CVXBookTraderCard::GetCardIdealSize()
-{
-    return kIdealSize;
-}
 
 void CVXBookTraderCard::GetCardObjRestoreData(CVXVariantMapTree* data) const
 {

@@ -8,6 +8,7 @@
 // the account's working orders of that side at that price. The ladder arithmetic is
 // CVXBookTraderModel's.
 
+#include "apps/Workspace/Cards/WorkspaceCard.h"
 #include "apps/Workspace/TradeCards/BookTraderModel.h"
 #include "apps/Workspace/TradeCards/OrderTicketCardBase.h"
 
@@ -17,7 +18,7 @@ namespace vx_ws {
 
 class CVXOrderTicketButton;
 
-class CVXBookTraderCard : public CVXOrderTicketCardBase
+class CVXBookTraderCard : public TplVXWorkspaceCard<CVXBookTraderCard, CVXOrderTicketCardBase>
 {
     Q_OBJECT
 public:
@@ -27,10 +28,6 @@ public:
     explicit CVXBookTraderCard(EnVXCardPos pos, QWidget* parent = nullptr);
     ~CVXBookTraderCard() override;
 
-    QString GetCardObjType() override;
-    QString GetCardStaticTitle() override;
-    QSize GetCardMinSize() override;
-    QSize GetCardIdealSize() override;
     void GetCardObjRestoreData(CVXVariantMapTree* data) const override;
     void SetCardObjRestoreData(const CVXVariantMapTree& data) override;
 

@@ -32,8 +32,6 @@ constexpr int kRatioWidth = 42;
 // Below this width for the option's name the theoretical price column is left out.
 constexpr int kMinNameWidth = 84;
 constexpr int kGap = 6;
-const QSize kIdealSize(360, 320);
-const QSize kMinSize(300, 260);
 const QString kQuantityKey = QStringLiteral("Quantity");
 
 QString SideText(EnOrderSide side)
@@ -65,16 +63,12 @@ struct CVXComboOptionPanelCard::Layout
 
 CVXCardBaseStyle CVXComboOptionPanelCard::StaticCardStyle()
 {
-    CVXCardBaseStyle style;
-    style.idealSize = kIdealSize;
-    style.minSize = kMinSize;
-    style.maxSize = QSize(5000, 5000);
-    style.title = core::langx::tr(259423, "期权交易");
-    return style;
+    return MakeCardStyle(core::langx::tr(259423, "期权交易"), QSize(360, 320), QSize(300, 260),
+                         QSize(5000, 5000));
 }
 
 CVXComboOptionPanelCard::CVXComboOptionPanelCard(EnVXCardPos pos, QWidget* parent)
-    : CVXOrderTicketCardBase(pos, parent)
+    : TplVXWorkspaceCard(pos, parent)
 {
     m_pChain = new CVXOrderTicketButton(core::langx::tr(970360, "期权链"), "ct_selected", this);
     connect(m_pChain, &QAbstractButton::clicked, this, &CVXComboOptionPanelCard::OpenOptionChain);
@@ -91,26 +85,6 @@ CVXComboOptionPanelCard::CVXComboOptionPanelCard(EnVXCardPos pos, QWidget* paren
 }
 
 CVXComboOptionPanelCard::~CVXComboOptionPanelCard() = default;
-
-QString CVXComboOptionPanelCard::GetCardObjType()
-{
-    return QString::fromLatin1(kCardType);
-}
-
-QString CVXComboOptionPanelCard::GetCardStaticTitle()
-{
-    return StaticCardStyle().title;
-}
-
-QSize CVXComboOptionPanelCard::GetCardMinSize()
-{
-    return kMinSize;
-}
-
-QSize CVXComboOptionPanelCard::GetCardIdealSize()
-{
-    return kIdealSize;
-}
 
 void CVXComboOptionPanelCard::SetComboOptionInfo(const CVXVariantMapTree& info)
 {

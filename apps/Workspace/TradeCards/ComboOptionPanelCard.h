@@ -8,6 +8,7 @@
 // raises CardEventPlaceOrderComboOptionOpenOptionChain so that the canvas opens a chain to pick
 // options in. Without legs the card says so.
 
+#include "apps/Workspace/Cards/WorkspaceCard.h"
 #include "apps/Workspace/TradeCards/ComboOptionPanelModel.h"
 #include "apps/Workspace/TradeCards/OrderTicketCardBase.h"
 
@@ -19,7 +20,7 @@ namespace vx_ws {
 
 class CVXOrderTicketButton;
 
-class CVXComboOptionPanelCard : public CVXOrderTicketCardBase
+class CVXComboOptionPanelCard : public TplVXWorkspaceCard<CVXComboOptionPanelCard, CVXOrderTicketCardBase>
 {
     Q_OBJECT
 public:
@@ -28,11 +29,6 @@ public:
 
     explicit CVXComboOptionPanelCard(EnVXCardPos pos, QWidget* parent = nullptr);
     ~CVXComboOptionPanelCard() override;
-
-    QString GetCardObjType() override;
-    QString GetCardStaticTitle() override;
-    QSize GetCardMinSize() override;
-    QSize GetCardIdealSize() override;
 
     void SetComboOptionInfo(const CVXVariantMapTree& info) override;
     void SetObjProperty(const QString& cardType, const CVXVariantMapTree& property) override;

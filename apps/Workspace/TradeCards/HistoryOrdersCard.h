@@ -4,8 +4,9 @@
 // earlier days and today, newest first, with their calendar date, behind period tabs (today /
 // last 7 days / all; saved in the card's state as "HistoryPeriod").
 
+#include "apps/Workspace/Cards/WorkspaceCard.h"
 #include "apps/Workspace/TradeCards/AccountRows.h"
-#include "apps/Workspace/TradeCards/TradeTableCard.h"
+#include "apps/Workspace/TradeCards/OrderTableCard.h"
 
 #include "UIFrame/CardBaseStyle.h"
 
@@ -13,7 +14,7 @@
 
 namespace vx_ws {
 
-class CVXHistoryOrdersCard : public CVXTradeTableCard
+class CVXHistoryOrdersCard : public TplVXWorkspaceCard<CVXHistoryOrdersCard, CVXOrderTableCard>
 {
     Q_OBJECT
 public:
@@ -23,30 +24,22 @@ public:
     explicit CVXHistoryOrdersCard(EnVXCardPos pos, QWidget* parent = nullptr);
     ~CVXHistoryOrdersCard() override;
 
-    QString GetCardObjType() override;
-    QString GetCardStaticTitle() override;
-    QSize GetCardMinSize() override;
-    QSize GetCardIdealSize() override;
     void GetCardObjRestoreData(CVXVariantMapTree* data) const override;
     void SetCardObjRestoreData(const CVXVariantMapTree& data) override;
 
     EnHistoryPeriod Period() const { return m_enPeriod; }
     void SetPeriod(EnHistoryPeriod period);
-    // The orders listed, newest first (the table may show them sorted).
-    const std::vector<vx_trade::Order>& ListedOrders() const { return m_orders; }
     // The day the date column counts from: the system's date when the card last rebuilt.
     QDate Today() const { return m_today; }
 
 protected:
     void OnAccountDataChanged() override;
     void OnSegmentClicked(int index) override;
-    void OnRowClicked(unsigned long long key) override;
 
 private:
     void Rebuild();
 
     EnHistoryPeriod m_enPeriod = EnHistoryPeriod::Week;
-    std::vector<vx_trade::Order> m_orders;
     QDate m_today;
 };
 

@@ -6,14 +6,15 @@
 // "StockID") narrows the list to one security and shows a chip that clears it. The tab and the
 // security filter are saved in the card's state ("OrderFilter", "FilterStockID").
 
+#include "apps/Workspace/Cards/WorkspaceCard.h"
 #include "apps/Workspace/TradeCards/AccountRows.h"
-#include "apps/Workspace/TradeCards/TradeTableCard.h"
+#include "apps/Workspace/TradeCards/OrderTableCard.h"
 
 #include "UIFrame/CardBaseStyle.h"
 
 namespace vx_ws {
 
-class CVXOrdersCard : public CVXTradeTableCard
+class CVXOrdersCard : public TplVXWorkspaceCard<CVXOrdersCard, CVXOrderTableCard>
 {
     Q_OBJECT
 public:
@@ -23,10 +24,6 @@ public:
     explicit CVXOrdersCard(EnVXCardPos pos, QWidget* parent = nullptr);
     ~CVXOrdersCard() override;
 
-    QString GetCardObjType() override;
-    QString GetCardStaticTitle() override;
-    QSize GetCardMinSize() override;
-    QSize GetCardIdealSize() override;
     void SetObjProperty(const QString& cardType, const CVXVariantMapTree& property) override;
     // A box opened for a trade-orders request starts from the request's property.
     void InitWithData(CVXVariantMapTree data) override;
@@ -37,15 +34,12 @@ public:
     void SetFilter(EnOrderFilter filter);
     unsigned long FilterStockID() const { return m_ulFilterStock; }
     void SetFilterStockID(unsigned long stockId);
-    // The orders listed, in the service's order (the table may show them sorted).
-    const std::vector<vx_trade::Order>& ListedOrders() const { return m_orders; }
     int CancelColumn() const;
 
 protected:
     void OnAccountDataChanged() override;
     void OnSegmentClicked(int index) override;
     void OnChipClosed() override;
-    void OnRowClicked(unsigned long long key) override;
     void OnActionClicked(unsigned long long key, int column) override;
 
 private:
@@ -53,7 +47,6 @@ private:
 
     EnOrderFilter m_enFilter = EnOrderFilter::All;
     unsigned long m_ulFilterStock = 0;
-    std::vector<vx_trade::Order> m_orders;
 };
 
 } // namespace vx_ws

@@ -29,8 +29,6 @@ namespace {
 
 constexpr int kMargin = 10;
 constexpr int kLabelWidth = 72;
-const QSize kIdealSize(280, 380);
-const QSize kMinSize(230, 340);
 
 QString Key(const char* key)
 {
@@ -72,16 +70,12 @@ struct CVXPlaceOrderSecuritiesPanelCard::Layout
 
 CVXCardBaseStyle CVXPlaceOrderSecuritiesPanelCard::StaticCardStyle()
 {
-    CVXCardBaseStyle style;
-    style.idealSize = kIdealSize;
-    style.minSize = kMinSize;
-    style.maxSize = QSize(5000, 5000);
-    style.title = core::langx::tr(250213, "交易");
-    return style;
+    return MakeCardStyle(core::langx::tr(250213, "交易"), QSize(280, 380), QSize(230, 340),
+                         QSize(5000, 5000));
 }
 
 CVXPlaceOrderSecuritiesPanelCard::CVXPlaceOrderSecuritiesPanelCard(EnVXCardPos pos, QWidget* parent)
-    : CVXOrderTicketCardBase(pos, parent)
+    : TplVXWorkspaceCard(pos, parent)
 {
     m_pBuy = new CVXOrderTicketButton(SideText(EnOrderSide::Buy), "ct_buy", this);
     m_pSell = new CVXOrderTicketButton(SideText(EnOrderSide::Sell), "ct_sell", this);
@@ -146,26 +140,6 @@ CVXPlaceOrderSecuritiesPanelCard::CVXPlaceOrderSecuritiesPanelCard(EnVXCardPos p
 }
 
 CVXPlaceOrderSecuritiesPanelCard::~CVXPlaceOrderSecuritiesPanelCard() = default;
-
-QString CVXPlaceOrderSecuritiesPanelCard::GetCardObjType()
-{
-    return Key(kCardType);
-}
-
-QString CVXPlaceOrderSecuritiesPanelCard::GetCardStaticTitle()
-{
-    return StaticCardStyle().title;
-}
-
-QSize CVXPlaceOrderSecuritiesPanelCard::GetCardMinSize()
-{
-    return kMinSize;
-}
-
-QSize CVXPlaceOrderSecuritiesPanelCard::GetCardIdealSize()
-{
-    return kIdealSize;
-}
 
 void CVXPlaceOrderSecuritiesPanelCard::SetObjProperty(const QString& cardType,
                                                       const CVXVariantMapTree& property)

@@ -10,6 +10,7 @@
 // UIFrame/Canvas/PanelTradeRequests.h (StockID, OrderSide, Quantity, Price, ComboOptionInfo).
 // The card saves its side, order type and last quantity.
 
+#include "apps/Workspace/Cards/WorkspaceCard.h"
 #include "apps/Workspace/TradeCards/OrderTicketCardBase.h"
 #include "apps/Workspace/TradeCards/OrderTicketModel.h"
 
@@ -20,7 +21,8 @@ namespace vx_ws {
 
 class CVXOrderTicketButton;
 
-class CVXPlaceOrderSecuritiesPanelCard : public CVXOrderTicketCardBase
+class CVXPlaceOrderSecuritiesPanelCard
+    : public TplVXWorkspaceCard<CVXPlaceOrderSecuritiesPanelCard, CVXOrderTicketCardBase>
 {
     Q_OBJECT
 public:
@@ -29,11 +31,6 @@ public:
 
     explicit CVXPlaceOrderSecuritiesPanelCard(EnVXCardPos pos, QWidget* parent = nullptr);
     ~CVXPlaceOrderSecuritiesPanelCard() override;
-
-    QString GetCardObjType() override;
-    QString GetCardStaticTitle() override;
-    QSize GetCardMinSize() override;
-    QSize GetCardIdealSize() override;
 
     void SetObjProperty(const QString& cardType, const CVXVariantMapTree& property) override;
     void GetCardObjRestoreData(CVXVariantMapTree* data) const override;

@@ -69,15 +69,11 @@ TradeTableRow TableRow(const PositionRow& row)
 
 CVXCardBaseStyle CVXPositionCard::StaticCardStyle()
 {
-    CVXCardBaseStyle style;
-    style.idealSize = QSize(560, 240);
-    style.minSize = QSize(240, 120);
-    style.maxSize = QSize(4000, 4000);
-    style.title = core::langx::tr(250217, "持仓");
-    return style;
+    return MakeCardStyle(core::langx::tr(250217, "持仓"), QSize(560, 240), QSize(240, 120),
+                         QSize(4000, 4000));
 }
 
-CVXPositionCard::CVXPositionCard(EnVXCardPos pos, QWidget* parent) : CVXTradeTableCard(pos, parent)
+CVXPositionCard::CVXPositionCard(EnVXCardPos pos, QWidget* parent) : TplVXWorkspaceCard(pos, parent)
 {
     MutableTable().SetColumns(PositionColumns());
     SetEmptyText(core::langx::tr(970447, "暂无持仓"));
@@ -85,26 +81,6 @@ CVXPositionCard::CVXPositionCard(EnVXCardPos pos, QWidget* parent) : CVXTradeTab
 }
 
 CVXPositionCard::~CVXPositionCard() = default;
-
-QString CVXPositionCard::GetCardObjType()
-{
-    return QString::fromLatin1(kCardType);
-}
-
-QString CVXPositionCard::GetCardStaticTitle()
-{
-    return StaticCardStyle().title;
-}
-
-QSize CVXPositionCard::GetCardMinSize()
-{
-    return StaticCardStyle().minSize;
-}
-
-QSize CVXPositionCard::GetCardIdealSize()
-{
-    return StaticCardStyle().idealSize;
-}
 
 void CVXPositionCard::OnAccountDataChanged()
 {

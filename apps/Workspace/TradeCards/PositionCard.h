@@ -5,6 +5,7 @@
 // a row shows that security in the card's linkage group; a double click asks for an order panel
 // that closes the position (sell a long, buy back a short, the whole quantity).
 
+#include "apps/Workspace/Cards/WorkspaceCard.h"
 #include "apps/Workspace/TradeCards/AccountRows.h"
 #include "apps/Workspace/TradeCards/TradeTableCard.h"
 
@@ -12,7 +13,7 @@
 
 namespace vx_ws {
 
-class CVXPositionCard : public CVXTradeTableCard
+class CVXPositionCard : public TplVXWorkspaceCard<CVXPositionCard, CVXTradeTableCard>
 {
     Q_OBJECT
 public:
@@ -21,11 +22,6 @@ public:
 
     explicit CVXPositionCard(EnVXCardPos pos, QWidget* parent = nullptr);
     ~CVXPositionCard() override;
-
-    QString GetCardObjType() override;
-    QString GetCardStaticTitle() override;
-    QSize GetCardMinSize() override;
-    QSize GetCardIdealSize() override;
 
     // The rows as last built, in the service's order (the table may show them sorted).
     const std::vector<PositionRow>& Rows() const { return m_rows; }
