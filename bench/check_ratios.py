@@ -1,12 +1,16 @@
 #!/usr/bin/env python3
-"""Runs uiframe_bench and checks each benchmark against the baseline measured in the same run.
+"""Runs the benchmark binaries (uiframe_bench, workspace_bench) and checks each benchmark against
+the baseline measured in the same run of the same binary.
 
 Every row of RATIOS compares one measure of a benchmark with the same measure of its baseline:
 value(benchmark) / value(baseline) must not exceed the row's limit. A pair is skipped when either
 benchmark is not in the binary. Prints a table; exits 1 when a ratio is missed, 2 when the
 benchmarks cannot be run.
 
-    bench/check_ratios.py [--bench PATH] [--json FILE] [--repetitions N]
+    bench/check_ratios.py [--bench PATH] [--workspace-bench PATH] [--json FILE ...] [--repetitions N]
+
+Each binary runs only the benchmarks of RATIOS it lists (--benchmark_list_tests), so a pair's
+benchmark and baseline must live in one binary.
 
 To add a pair, append a row to RATIOS ("cpu_time", "real_time", or the name of a counter that
 the benchmark sets with state.counters). A row may name a sixth element, the measure of the
@@ -37,19 +41,35 @@ RATIOS = [
      "opening a layout of 200 boxes at most 1.2x building the same tree in plain Qt"),
     ("BM_LoadUserLayouts/50", "BM_LoadUserLayouts/50", "stall_ms", 0.1,
      "loading 50 layouts stalls the event loop for at most a tenth of the load", "load_ms"),
+    ("BM_MarketTick/200", "BM_FullRepaint/200", "cpu_time", 1.25,
+     "a market tick over 200 cards at most 1.25x repainting them all: feed and dispatch add little"),
 ]
 
 TIME_UNITS = {"ns": 1e-9, "us": 1e-6, "ms": 1e-3, "s": 1.0}
 
 
-def default_bench_path():
+def default_bench_path(binary, variable):
     root = os.path.dirname(os.path.dirname(os.path.abspath(__file__)))
-    return os.environ.get("UIFRAME_BENCH", os.path.join(root, "build", "bin", "uiframe_bench"))
+    return os.environ.get(variable, os.path.join(root, "build", "bin", binary))
+
+
+def filter_of(names):
+    return "--benchmark_filter=^(" + "|".join(re.escape(n) for n in sorted(names)) + ")$"
+
+
+def listed_benchmarks(path, names):
+    """The benchmarks among `names` that the binary holds (nothing is run)."""
+    try:
+        result = subprocess.run([path, "--benchmark_list_tests=true", filter_of(names)],
+                                stdout=subprocess.PIPE, stderr=subprocess.PIPE, check=False)
+    except OSError as error:
+        print("cannot run %s: %s" % (path, error), file=sys.stderr)
+        sys.exit(2)
+    return set(result.stdout.decode(errors="replace").split()) & set(names)
 
 
 def run_benchmarks(path, names, repetitions):
-    pattern = "^(" + "|".join(re.escape(n) for n in sorted(names)) + ")$"
-    command = [path, "--benchmark_format=json", "--benchmark_filter=" + pattern]
+    command = [path, "--benchmark_format=json", filter_of(names)]
     if repetitions > 1:
         command += ["--benchmark_repetitions=%d" % repetitions, "--benchmark_report_aggregates_only=true"]
     try:
@@ -97,18 +117,26 @@ def shown(value, key):
 
 def main():
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
-    parser.add_argument("--bench", default=default_bench_path(), help="the uiframe_bench binary")
-    parser.add_argument("--json", help="read this --benchmark_format=json output instead of running")
+    parser.add_argument("--bench", default=default_bench_path("uiframe_bench", "UIFRAME_BENCH"),
+                        help="the uiframe_bench binary")
+    parser.add_argument("--workspace-bench", default=default_bench_path("workspace_bench", "WORKSPACE_BENCH"),
+                        help="the workspace_bench binary")
+    parser.add_argument("--json", action="append",
+                        help="read this --benchmark_format=json output instead of running (repeatable)")
     parser.add_argument("--repetitions", type=int, default=1, help="compare medians of N runs")
     args = parser.parse_args()
 
     names = {row[0] for row in RATIOS} | {row[1] for row in RATIOS}
+    entries = {}
     if args.json:
-        with open(args.json) as f:
-            report = json.load(f)
+        for path in args.json:
+            with open(path) as f:
+                entries.update(collect(json.load(f)))
     else:
-        report = run_benchmarks(args.bench, names, args.repetitions)
-    entries = collect(report)
+        for binary in (args.bench, args.workspace_bench):
+            held = listed_benchmarks(binary, names)
+            if held:
+                entries.update(collect(run_benchmarks(binary, held, args.repetitions)))
 
     header = "%-26s %-30s %-9s %12s %12s %10s %8s  %s" % (
         "benchmark", "baseline", "measure", "value", "baseline", "ratio", "limit", "result")
