@@ -193,6 +193,8 @@ CVXPanelLayoutPage::CVXPanelLayoutPage(QWidget* parent) : QWidget(parent), d(std
     connect(&manager, &CVXPanelLayoutManager::LayoutDataAdded, this, &CVXPanelLayoutPage::OnLayoutAdded);
     connect(&manager, &CVXPanelLayoutManager::LayoutDataUpdated, this, &CVXPanelLayoutPage::OnLayoutUpdated);
     connect(&manager, &CVXPanelLayoutManager::LayoutDataRemoved, this, &CVXPanelLayoutPage::OnLayoutRemoved);
+    connect(&vx_ui_res::Provider::Instance(), &vx_ui_res::Provider::ThemeChanged, this,
+            &CVXPanelLayoutPage::OnThemeChanged);
 }
 
 CVXPanelLayoutPage::~CVXPanelLayoutPage() = default;
@@ -366,6 +368,21 @@ void CVXPanelLayoutPage::OnLayoutRemoved(unsigned long long layoutKey)
 {
     for (CVXPanelLayoutList* list : qAsConst(d->lists))
         list->RemovePreview(layoutKey);
+}
+
+void CVXPanelLayoutPage::OnThemeChanged()
+{
+    // Built-in previews are files made for each theme, laid over the theme's page colour; a user
+    // layout's preview is a picture of the canvas as it was saved and stays as it is.
+    for (CVXPanelLayoutList* list : qAsConst(d->lists)) {
+        for (CVXPanelLayoutPreview* preview : list->Previews()) {
+            if (preview->GetLayoutType() != CVXPanelLayoutPreview::DefaultLayout ||
+                !CVXPanelLayoutManager::Instance().GetDefaultLayoutEntry(preview->GetLayoutKey()))
+                continue;
+            preview->SetPreviewPixmap(preview->GetDefaultLayoutPixmap());
+        }
+    }
+    update();
 }
 
 CVXTabWidgetRestore* CVXPanelLayoutPage::GetPanelTabWidget() const

@@ -4,7 +4,8 @@
 // chosen what it shall hold. It lists the layouts as preview cards on three tab pages (all,
 // built-in, the user's own), opens a chosen layout as a canvas in its own place in the tab
 // widget that holds it (CVXTabWidgetRestore), starts a blank canvas, and deletes user layouts
-// after asking. The lists are built on first use and follow the layout manager's signals.
+// after asking. The lists are built on first use and follow the layout manager's signals; the
+// built-in layouts' previews follow the theme.
 // CVXPanelLayoutTabBar is the gallery's tab bar, with its own tab drawing.
 
 #include "UIFrame/RestoreBase.h"
@@ -115,6 +116,8 @@ private:
     void OnTabBarCurrentChanged(int index);
     CVXPanelLayoutPreview* MakePreview(const CVXPanelLayoutTemplate& layout);
     void FillPreview(CVXPanelLayoutPreview* preview, const CVXPanelLayoutTemplate& layout) const;
+    // The built-in layouts' previews of every built list, read again for the new theme.
+    void OnThemeChanged();
     // Puts the canvas in the gallery's place in the tab widget, current; false when no tab
     // widget holds the gallery (the canvas is then the caller's).
     bool ReplaceByCanvas(CVXPanelScrollView* canvas, const QString& title,

@@ -117,3 +117,37 @@ TEST_F(ProgramExecutableTest, AnUnknownLayoutAndABadCommandLineExitWithCodeTwo)
     EXPECT_TRUE(run.stdErr.contains(QStringLiteral("--size is WIDTHxHEIGHT"))) << run.stdErr.toStdString();
     EXPECT_TRUE(run.stdErr.contains(QStringLiteral("usage: vxworkspace")));
 }
+
+// A script written for the Chinese titles keeps working in English, and --frame puts another
+// frame in front of the opened layout: the account frame's picture is not the layout's.
+TEST_F(ProgramExecutableTest, AnEnglishRunFindsABuiltInByItsChineseTitleAndShowsTheAskedFrame)
+{
+    const vx_ws::VXBuiltInLayout& layout = vx_ws::BuiltInLayouts().first();
+    const QStringList common = {QStringLiteral("--data-dir"), dir.path(),
+                                QStringLiteral("--user"),     QStringLiteral("7"),
+                                QStringLiteral("--lang"),     QStringLiteral("en"),
+                                QStringLiteral("--layout"),   QString::fromUtf8(layout.name)};
+    const QString workspace = dir.filePath(QStringLiteral("workspace.png"));
+    ProcessRun run = RunProgram(common + QStringList{QStringLiteral("--screenshot"), workspace});
+    ASSERT_TRUE(run.finished);
+    EXPECT_EQ(run.exitCode, 0) << run.stdErr.toStdString();
+
+    const QString account = dir.filePath(QStringLiteral("account.png"));
+    run = RunProgram(common + QStringList{QStringLiteral("--frame"), QStringLiteral("20003"),
+                                          QStringLiteral("--screenshot"), account});
+    ASSERT_TRUE(run.finished);
+    EXPECT_EQ(run.exitCode, 0) << run.stdErr.toStdString();
+    const QImage a(workspace);
+    const QImage b(account);
+    ASSERT_FALSE(a.isNull());
+    ASSERT_FALSE(b.isNull());
+    ASSERT_EQ(a.size(), b.size());
+    // Below the tab rows the two pictures have little in common.
+    int same = 0;
+    int all = 0;
+    for (int y = a.height() / 4; y < a.height() * 3 / 4; y += 4) {
+        for (int x = 0; x < a.width(); x += 4, ++all)
+            same += a.pixel(x, y) == b.pixel(x, y) ? 1 : 0;
+    }
+    EXPECT_LT(double(same) / all, 0.8);
+}

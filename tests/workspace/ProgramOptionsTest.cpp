@@ -106,11 +106,12 @@ TEST(ProgramOptions, GoodCommandLines)
     EXPECT_FALSE(none.size.isValid());
     EXPECT_FALSE(none.IsScreenshot());
     EXPECT_EQ(none.EffectiveScreenshotSize(), QSize(1280, 800));
+    EXPECT_EQ(none.frame, 0u);
 
     CVXWorkspaceOptions all;
     ASSERT_TRUE(CVXWorkspaceOptions::Parse(Args("--user 7 --data-dir /tmp/d --store /tmp/s.db --seed 99 "
                                                 "--lang en --theme dark --size 1024x700 "
-                                                "--screenshot /tmp/a.png --layout Grid"),
+                                                "--screenshot /tmp/a.png --layout Grid --frame 20001"),
                                            &all, &error))
         << error.toStdString();
     EXPECT_EQ(all.userId, 7u);
@@ -123,18 +124,21 @@ TEST(ProgramOptions, GoodCommandLines)
     EXPECT_EQ(all.EffectiveScreenshotSize(), QSize(1024, 700));
     EXPECT_EQ(all.screenshotFile, QStringLiteral("/tmp/a.png"));
     EXPECT_EQ(all.layoutName, QStringLiteral("Grid"));
+    EXPECT_EQ(all.frame, static_cast<unsigned int>(TabFrameKey_WatchList));
 
     // "=" forms, "zh" meaning the Chinese catalogue, the largest seed, the environment flags.
     CVXWorkspaceOptions eq;
     ASSERT_TRUE(
         CVXWorkspaceOptions::Parse(Args("--user=9223372036854775807 --lang=zh --seed=18446744073709551615 "
-                                        "--release --brand=zandor --help"),
+                                        "--release --brand=zandor --help --frame=20003"),
                                    &eq, &error))
         << error.toStdString();
     EXPECT_EQ(eq.userId, 9223372036854775807ULL);
     EXPECT_EQ(eq.language, QStringLiteral("zh_CN"));
     EXPECT_EQ(eq.seed, 18446744073709551615ULL);
     EXPECT_TRUE(eq.help);
+    // A frame without a screenshot: the window starts on it.
+    EXPECT_EQ(eq.frame, static_cast<unsigned int>(TabFrameKey_Account));
 }
 
 TEST(ProgramOptions, BadCommandLinesAreRefusedWithAReasonAndLeaveTheOptionsAlone)
@@ -164,6 +168,12 @@ TEST(ProgramOptions, BadCommandLinesAreRefusedWithAReasonAndLeaveTheOptionsAlone
         {"--size 800x-1", "--size is WIDTHxHEIGHT"},
         {"--data-dir=", "--data-dir needs a non-empty value"},
         {"--layout Grid", "--layout is only used with --screenshot"},
+        {"--frame 20002", "--frame is 20004 (workspace), 20001 (watch list) or 20003 (account)"},
+        {"--frame 0", "--frame is"},
+        {"--frame watchlist", "--frame is"},
+        {"--frame 4294987300", "--frame is"},
+        {"--frame", "--frame needs a value"},
+        {"--frame 20001 --frame 20003", "given twice"},
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(row.line);

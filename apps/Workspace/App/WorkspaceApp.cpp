@@ -210,6 +210,8 @@ void CVXWorkspaceApp::MakeMainWindow(unsigned long long userId)
             break;
         }
     }
+    if (d->options.frame != 0)
+        window->SwitchTabFrame(static_cast<EnVXTabFrameKey>(d->options.frame), CVXVariantMapTree());
     if (d->options.size.isValid() || d->options.IsScreenshot())
         window->resize(d->options.IsScreenshot() ? d->options.EffectiveScreenshotSize() : d->options.size);
     else if (window->geometry().size() == window->minimumSize() || window->width() < 800)
@@ -357,17 +359,34 @@ void CVXWorkspaceApp::WhenLayoutsLoaded(std::function<void(bool)> done, int time
 bool CVXWorkspaceApp::FindLayoutByTitle(const QString& title, unsigned long long* key)
 {
     const CVXPanelLayoutManager& manager = CVXPanelLayoutManager::Instance();
-    for (const CVXPanelLayoutTemplate& layout : manager.GetPanelLayoutDataListRef()) {
+    const QList<CVXPanelLayoutTemplate>& layouts = manager.GetPanelLayoutDataListRef();
+    const auto found = [key](const CVXPanelLayoutTemplate& layout) {
+        if (key)
+            *key = layout.layoutKey();
+        return true;
+    };
+    // The manager holds a built-in layout under its translated title; a user layout under the
+    // title the user gave it.
+    for (const CVXPanelLayoutTemplate& layout : layouts) {
         QString shown = layout.title();
         if (const CVXPanelLayoutManager::DefaultLayoutEntry* entry =
                 manager.GetDefaultLayoutEntry(layout.layoutKey());
             entry && !layout.isCustomized())
             shown = core::langx::tr(entry->nNameLangID, layout.title());
-        if (shown == title || layout.title() == title) {
-            if (key)
-                *key = layout.layoutKey();
-            return true;
-        }
+        if (shown == title || layout.title() == title)
+            return found(layout);
+    }
+    // A built-in layout's own (Chinese) title is only in its file: command lines and scripts
+    // name it the same whatever the language.
+    for (const CVXPanelLayoutTemplate& layout : layouts) {
+        const CVXPanelLayoutManager::DefaultLayoutEntry* entry =
+            manager.GetDefaultLayoutEntry(layout.layoutKey());
+        if (!entry || layout.isCustomized())
+            continue;
+        CVXPanelLayoutTemplate own;
+        if (CVXPanelLayoutManager::LoadPanelLayoutFromFile(&own, entry->strLayoutFilePath, false) &&
+            own.title() == title)
+            return found(layout);
     }
     return false;
 }

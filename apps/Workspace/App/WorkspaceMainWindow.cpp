@@ -3,6 +3,7 @@
 
 #include "apps/Workspace/App/WorkspaceCardPage.h"
 #include "apps/Workspace/App/WorkspacePanelPage.h"
+#include "apps/Workspace/App/WorkspaceTabBar.h"
 #include "apps/Workspace/Cards/WorkspaceCardBase.h"
 #include "apps/Workspace/Cards/WorkspaceContext.h"
 #include "apps/Workspace/MarketData/SimMarketData.h"
@@ -25,6 +26,8 @@
 
 #include <QCloseEvent>
 #include <QLabel>
+#include <QMenuBar>
+#include <QPainter>
 #include <QStatusBar>
 #include <QVBoxLayout>
 
@@ -51,6 +54,29 @@ QString FrameTitle(EnVXTabFrameKey key)
 const EnVXTabFrameKey kFrameOrder[] = {TabFrameKey_PanelWorkspace, TabFrameKey_WatchList,
                                        TabFrameKey_Account};
 
+QColor ThemeColor(const char* key)
+{
+    return vx_ui_res::Provider::Instance().GetColor(QString::fromLatin1(key));
+}
+
+// The status bar on the title colour with a line above it, as the window's footer.
+class ThemedStatusBar : public QStatusBar
+{
+public:
+    using QStatusBar::QStatusBar;
+
+protected:
+    void paintEvent(QPaintEvent* event) override
+    {
+        {
+            QPainter painter(this);
+            painter.fillRect(rect(), ThemeColor("ct_title_bar"));
+            painter.fillRect(QRect(0, 0, width(), 1), ThemeColor("ct_border"));
+        }
+        QStatusBar::paintEvent(event);
+    }
+};
+
 } // namespace
 
 CVXWorkspaceMainWindow::CVXWorkspaceMainWindow(QWidget* parent)
@@ -63,6 +89,9 @@ CVXWorkspaceMainWindow::CVXWorkspaceMainWindow(QWidget* parent)
     BuildStatusBar();
     BuildMenus();
     RetranslateUi();
+    ApplyThemeColors();
+    connect(&vx_ui_res::Provider::Instance(), &vx_ui_res::Provider::ThemeChanged, this,
+            &CVXWorkspaceMainWindow::ApplyThemeColors);
 
     CVXPanelLayoutManager& manager = CVXPanelLayoutManager::Instance();
     connect(&manager, &CVXPanelLayoutManager::LayoutDataAdded, this, &CVXWorkspaceMainWindow::OnLayoutSaved);
@@ -120,7 +149,7 @@ void CVXWorkspaceMainWindow::BuildFrames()
     auto* box = new QVBoxLayout(central);
     box->setContentsMargins(0, 0, 0, 0);
     box->setSpacing(0);
-    d->frames = new vx_std_ui::VTabWidget(vx_std_ui::VTabWidget::TabBarStyle::Normal, central);
+    d->frames = new vx_std_ui::VTabWidget(new CVXWorkspaceTabBar(CVXWorkspaceTabBar::Look::Frame), central);
     d->frames->setObjectName(QStringLiteral("FrameTabs"));
     box->addWidget(d->frames);
     setCentralWidget(central);
@@ -150,12 +179,18 @@ void CVXWorkspaceMainWindow::BuildFrames()
 
 void CVXWorkspaceMainWindow::BuildStatusBar()
 {
-    QStatusBar* bar = statusBar();
+    auto* bar = new ThemedStatusBar(this);
+    bar->setObjectName(QStringLiteral("StatusBar"));
     bar->setSizeGripEnabled(false);
+    bar->setFixedHeight(20);
+    setStatusBar(bar);
     const auto label = [bar](const char* name, bool permanent) {
         auto* l = new QLabel(bar);
         l->setObjectName(QString::fromLatin1(name));
-        l->setContentsMargins(8, 0, 8, 0);
+        l->setContentsMargins(10, 0, 10, 0);
+        QFont font = l->font();
+        font.setPixelSize(12);
+        l->setFont(font);
         if (permanent)
             bar->addPermanentWidget(l);
         else
@@ -166,6 +201,21 @@ void CVXWorkspaceMainWindow::BuildStatusBar()
     d->securityLabel = label("Status_Security", false);
     d->syncLabel = label("Status_Sync", true);
     d->clockLabel = label("Status_Clock", true);
+}
+
+void CVXWorkspaceMainWindow::ApplyThemeColors()
+{
+    // Only the roles set here are the window's own; the rest follow the application palette.
+    QPalette menuPalette = menuBar()->palette();
+    menuPalette.setColor(QPalette::Window, ThemeColor("ct_title_bar"));
+    menuBar()->setPalette(menuPalette);
+    for (QLabel* label : {d->userLabel, d->securityLabel, d->clockLabel, d->syncLabel}) {
+        QPalette palette = label->palette();
+        const bool failed = label == d->syncLabel && d->syncState == 0;
+        palette.setColor(QPalette::WindowText, ThemeColor(failed ? "ct_rise" : "ct_text_secondary"));
+        label->setPalette(palette);
+    }
+    statusBar()->update();
 }
 
 vx_std_ui::VTabWidget* CVXWorkspaceMainWindow::Frames() const
@@ -291,6 +341,7 @@ void CVXWorkspaceMainWindow::SetSyncState(bool ok)
 {
     d->syncState = ok ? 1 : 0;
     d->syncLabel->setText(ok ? core::langx::tr(970516, "已同步") : core::langx::tr(970517, "同步失败"));
+    ApplyThemeColors();
 }
 
 void CVXWorkspaceMainWindow::ShowToast(const QString& text)

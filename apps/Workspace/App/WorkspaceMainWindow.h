@@ -139,6 +139,8 @@ private:
     void OnLayoutSaved(unsigned long long key);
     void UpdateClock();
     void SetSyncState(bool ok);
+    // The menu bar and status bar in the theme's colours (the rest paints itself).
+    void ApplyThemeColors();
 
     struct Impl;
     std::unique_ptr<Impl> d;

@@ -220,9 +220,12 @@ void CVXWorkspaceMainWindow::OnExportBuiltIn()
     CVXDefaultPanelLayoutExporter* exporter = CVXDefaultPanelLayoutExporter::Instance();
     if (!canvas || !exporter)
         return;
+    // On only while this export renders the canvas: a later plain export is the user's own.
+    const bool was = CVXDefaultPanelLayoutExporter::IsExportDefaultPanelLayout();
     exporter->SetExportDefaultPanelLayout(true);
     CVXPanelLayoutManager::Instance().ExportDefaultPanelLayout(d->panelPage->Tabs(),
                                                                d->panelPage->Tabs()->indexOf(canvas));
+    exporter->SetExportDefaultPanelLayout(was);
 }
 
 void CVXWorkspaceMainWindow::ShowAbout()

@@ -1,5 +1,7 @@
 #include "apps/Workspace/App/WorkspaceOptions.h"
 
+#include "apps/Workspace/App/WorkspaceWindowState.h"
+
 #include <QRegularExpression>
 #include <QSet>
 
@@ -56,10 +58,11 @@ bool CVXWorkspaceOptions::Parse(const QStringList& arguments, CVXWorkspaceOption
     }
     QString message;
     QSet<QString> seen;
-    const QStringList valued = {
-        QStringLiteral("--user"), QStringLiteral("--data-dir"),   QStringLiteral("--store"),
-        QStringLiteral("--seed"), QStringLiteral("--lang"),       QStringLiteral("--theme"),
-        QStringLiteral("--size"), QStringLiteral("--screenshot"), QStringLiteral("--layout")};
+    const QStringList valued = {QStringLiteral("--user"),   QStringLiteral("--data-dir"),
+                                QStringLiteral("--store"),  QStringLiteral("--seed"),
+                                QStringLiteral("--lang"),   QStringLiteral("--theme"),
+                                QStringLiteral("--size"),   QStringLiteral("--screenshot"),
+                                QStringLiteral("--layout"), QStringLiteral("--frame")};
 
     for (int i = 0; i < arguments.size() && message.isEmpty(); ++i) {
         const QString arg = arguments.at(i);
@@ -131,6 +134,18 @@ bool CVXWorkspaceOptions::Parse(const QStringList& arguments, CVXWorkspaceOption
                 result.theme = value;
             else
                 message = QStringLiteral("--theme is light or dark, not '%1'").arg(value);
+        } else if (name == QLatin1String("--frame")) {
+            unsigned long long key = 0;
+            if (!ParseUnsigned(value, 0xffffffffULL, &key) ||
+                !CVXWorkspaceWindowState::IsKnownFrame(static_cast<unsigned int>(key)))
+                message =
+                    QStringLiteral("--frame is %1 (workspace), %2 (watch list) or %3 (account), not '%4'")
+                        .arg(static_cast<int>(TabFrameKey_PanelWorkspace))
+                        .arg(static_cast<int>(TabFrameKey_WatchList))
+                        .arg(static_cast<int>(TabFrameKey_Account))
+                        .arg(value);
+            else
+                result.frame = static_cast<unsigned int>(key);
         } else if (name == QLatin1String("--size")) {
             if (!ParseSize(value, &result.size))
                 message = QStringLiteral("--size is WIDTHxHEIGHT, each %1 to %2, not '%3'")
@@ -158,7 +173,7 @@ QString CVXWorkspaceOptions::Usage()
 {
     return QStringLiteral("usage: vxworkspace [--user ID] [--data-dir DIR] [--store FILE] [--seed N]\n"
                           "                   [--lang zh|en] [--theme light|dark] [--size WxH]\n"
-                          "                   [--screenshot FILE [--layout NAME]] [--help]\n"
+                          "                   [--frame KEY] [--screenshot FILE [--layout NAME]] [--help]\n"
                           "  --user ID          log in as this user (no login dialog)\n"
                           "  --data-dir DIR     keep user folders and the store below DIR\n"
                           "  --store FILE       the cloud store's database (shared by all users)\n"
@@ -166,9 +181,12 @@ QString CVXWorkspaceOptions::Usage()
                           "  --lang zh|en       language of the texts\n"
                           "  --theme light|dark colour theme\n"
                           "  --size WxH         window size\n"
+                          "  --frame KEY        the frame in front: 20004 workspace, 20001 watch list,\n"
+                          "                     20003 account\n"
                           "  --screenshot FILE  render the window to a PNG file and exit\n"
                           "  --layout NAME      with --screenshot: open the layout of that title first\n"
-                          "                     (its title as the gallery shows it)\n");
+                          "                     (as the gallery shows it, or a built-in layout's\n"
+                          "                     Chinese title)\n");
 }
 
 } // namespace vx_ws

@@ -27,7 +27,8 @@ struct CVXWorkspaceOptions
     QString theme;    // "light" or "dark"; empty: the remembered choice
     QSize size;       // invalid: the remembered geometry (the screenshot uses the default size)
     QString screenshotFile;
-    QString layoutName; // only with a screenshot
+    QString layoutName;     // only with a screenshot
+    unsigned int frame = 0; // the frame in front (EnVXTabFrameKey); 0: the remembered one
     bool help = false;
 
     // How often the running program steps the feed; tests make the app with 0 and step it
@@ -46,8 +47,8 @@ struct CVXWorkspaceOptions
     // `arguments` without the program name. Options take their value as the next argument or
     // after '=' ("--user 7", "--user=7"). The environment flags (--brand=, --release, --bank,
     // --broker=) are accepted and left to core::environment. False with `error` set for an
-    // unknown option, a missing or malformed value, an option given twice, or --layout without
-    // --screenshot; `out` is then left as it was.
+    // unknown option, a missing or malformed value, an option given twice, a --frame key the main
+    // window has no frame for, or --layout without --screenshot; `out` is then left as it was.
     static bool Parse(const QStringList& arguments, CVXWorkspaceOptions* out, QString* error);
     static QString Usage();
 };

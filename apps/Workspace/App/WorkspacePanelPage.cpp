@@ -1,5 +1,7 @@
 #include "apps/Workspace/App/WorkspacePanelPage.h"
 
+#include "apps/Workspace/App/WorkspaceTabBar.h"
+
 #include "UIFrame/Canvas/PanelLayoutDialogs.h"
 #include "UIFrame/Canvas/PanelLayoutManager.h"
 #include "UIFrame/Canvas/PanelLayoutPage.h"
@@ -28,7 +30,7 @@ CVXWorkspacePanelPage::CVXWorkspacePanelPage(QWidget* parent) : CVXTabFramePageB
     auto* box = new QVBoxLayout(this);
     box->setContentsMargins(0, 0, 0, 0);
     box->setSpacing(0);
-    m_tabs = new CVXTabWidgetRestore(vx_std_ui::VTabWidget::TabBarStyle::Document, this);
+    m_tabs = new CVXTabWidgetRestore(new CVXWorkspaceTabBar(CVXWorkspaceTabBar::Look::Page), this);
     m_tabs->setObjectName(QStringLiteral("PanelPageTabs"));
     m_tabs->setTabsClosable(true);
     box->addWidget(m_tabs);
