@@ -121,7 +121,10 @@ void CVXPanelLayoutManager::InitData()
     AsyncLoadAllDefaultPanelLayoutEntriesAndLayouts();
     AsyncLoadCustomizedPanelLayouts();
     const auto recent = ReadRecentlyExportedLayoutFolder();
-    if (recent.HasError())
+    // A user who never exported has no such file yet: that is worth a line, not a warning.
+    if (recent.HasError() && recent.Error().code == core::ErrorCode::Code::NotFound)
+        VXLOG_INFO("读取最近的模板导出路径失败: {}", recent.Error().message);
+    else if (recent.HasError())
         VXLOG_WARN("读取最近的模板导出路径失败: {}", recent.Error().message);
     else
         SetRecentlyExportedPanelLayoutFolder(recent.Value(), false);
