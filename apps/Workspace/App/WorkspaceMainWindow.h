@@ -16,8 +16,11 @@
 
 #include "Platform/StdUI/ThemeResource.h"
 
+#include <QKeySequence>
+#include <QList>
 #include <QMainWindow>
 
+#include <functional>
 #include <memory>
 
 class CVXTabFrameBase;
@@ -128,6 +131,15 @@ protected:
 private:
     // WorkspaceMenus.cpp
     void BuildMenus();
+    void BuildFileMenu();
+    void BuildEditMenu();
+    void BuildViewMenu();
+    vx_std_ui::VMenu* AddMenu(const QString& title);
+    // A menu entry that is also a window action (its keys work with the menu closed).
+    QAction* AddMenuAction(vx_std_ui::VMenu* menu, ActionId id, const QString& text,
+                           const QList<QKeySequence>& keys, std::function<void()> slot);
+    void AddRadioAction(vx_std_ui::VMenu* menu, const QString& group, ActionId id, const QString& text,
+                        bool checked, std::function<void()> slot);
     void UpdateEditActions();
     void RebuildShortcutsMenu();
     void ShowAbout();

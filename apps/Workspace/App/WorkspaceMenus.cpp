@@ -44,45 +44,72 @@ void CVXWorkspaceMainWindow::BuildMenus()
     d->actions.clear();
     menuBar()->clear();
 
-    const auto addMenu = [this](const QString& title) {
-        auto* menu = new vx_std_ui::VMenu(title, this);
-        menuBar()->addMenu(menu);
-        d->menus.append(menu);
-        return menu;
-    };
-    const auto add = [this](vx_std_ui::VMenu* menu, ActionId id, const QString& text,
-                            const QList<QKeySequence>& keys, auto&& slot) {
-        QAction* action = menu->addActionWithData(text, static_cast<int>(id));
-        action->setShortcuts(keys);
-        // Also on the window, so that the keys work while the menu bar is hidden or closed.
-        addAction(action);
-        connect(action, &QAction::triggered, this, std::forward<decltype(slot)>(slot));
-        d->actions.insert(static_cast<int>(id), action);
-        return action;
-    };
-    CVXPanelLayoutManager& manager = CVXPanelLayoutManager::Instance();
+    BuildFileMenu();
+    BuildEditMenu();
+    BuildViewMenu();
+    d->shortcutsMenu = AddMenu(core::langx::tr(970555, "快捷方式"));
+    // Layouts load after the window is made and may be renamed: the entries are made on demand.
+    connect(d->shortcutsMenu, &QMenu::aboutToShow, this, &CVXWorkspaceMainWindow::RebuildShortcutsMenu);
+    RebuildShortcutsMenu();
+    vx_std_ui::VMenu* help = AddMenu(core::langx::tr(970560, "帮助"));
+    AddMenuAction(help, ActionId::About, core::langx::tr(970561, "关于"), {}, [this]() { ShowAbout(); });
 
-    vx_std_ui::VMenu* file = addMenu(core::langx::tr(970530, "文件"));
-    add(file, ActionId::NewPage, core::langx::tr(970531, "新建页面"), {QKeySequence(Qt::CTRL | Qt::Key_T)},
-        [this]() {
-            SwitchTabFrame(TabFrameKey_PanelWorkspace, CVXVariantMapTree());
-            d->panelPage->AddGalleryPage(true);
-        });
+    UpdateEditActions();
+}
+
+vx_std_ui::VMenu* CVXWorkspaceMainWindow::AddMenu(const QString& title)
+{
+    auto* menu = new vx_std_ui::VMenu(title, this);
+    menuBar()->addMenu(menu);
+    d->menus.append(menu);
+    return menu;
+}
+
+QAction* CVXWorkspaceMainWindow::AddMenuAction(vx_std_ui::VMenu* menu, ActionId id, const QString& text,
+                                               const QList<QKeySequence>& keys, std::function<void()> slot)
+{
+    QAction* action = menu->addActionWithData(text, static_cast<int>(id));
+    action->setShortcuts(keys);
+    // Also on the window, so that the keys work while the menu bar is hidden or closed.
+    addAction(action);
+    connect(action, &QAction::triggered, this, std::move(slot));
+    d->actions.insert(static_cast<int>(id), action);
+    return action;
+}
+
+void CVXWorkspaceMainWindow::AddRadioAction(vx_std_ui::VMenu* menu, const QString& group, ActionId id,
+                                            const QString& text, bool checked, std::function<void()> slot)
+{
+    QAction* action = menu->addRadioAction(group, text, static_cast<int>(id), checked);
+    connect(action, &QAction::triggered, this, std::move(slot));
+    d->actions.insert(static_cast<int>(id), action);
+}
+
+void CVXWorkspaceMainWindow::BuildFileMenu()
+{
+    CVXPanelLayoutManager& manager = CVXPanelLayoutManager::Instance();
+    vx_std_ui::VMenu* file = AddMenu(core::langx::tr(970530, "文件"));
+    AddMenuAction(file, ActionId::NewPage, core::langx::tr(970531, "新建页面"),
+                  {QKeySequence(Qt::CTRL | Qt::Key_T)}, [this]() {
+                      SwitchTabFrame(TabFrameKey_PanelWorkspace, CVXVariantMapTree());
+                      d->panelPage->AddGalleryPage(true);
+                  });
     file->addSeparator();
-    add(file, ActionId::SaveLayout, core::langx::tr(970532, "保存布局"), {QKeySequence::Save}, [this]() {
-        if (CVXPanelScrollView* canvas = CurrentCanvas())
-            canvas->QuickSavePanelLayout({});
-    });
-    add(file, ActionId::SaveLayoutAs, core::langx::tr(970533, "布局另存为…"),
-        {QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_S)}, [this]() {
-            if (CVXPanelScrollView* canvas = CurrentCanvas())
-                canvas->SavePanelLayoutAs({});
-        });
-    add(file, ActionId::ExportLayout, core::langx::tr(970534, "导出布局…"), {}, [this, &manager]() {
+    AddMenuAction(file, ActionId::SaveLayout, core::langx::tr(970532, "保存布局"), {QKeySequence::Save},
+                  [this]() {
+                      if (CVXPanelScrollView* canvas = CurrentCanvas())
+                          canvas->QuickSavePanelLayout({});
+                  });
+    AddMenuAction(file, ActionId::SaveLayoutAs, core::langx::tr(970533, "布局另存为…"),
+                  {QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_S)}, [this]() {
+                      if (CVXPanelScrollView* canvas = CurrentCanvas())
+                          canvas->SavePanelLayoutAs({});
+                  });
+    AddMenuAction(file, ActionId::ExportLayout, core::langx::tr(970534, "导出布局…"), {}, [this, &manager]() {
         if (CVXPanelScrollView* canvas = CurrentCanvas())
             manager.ExportPanelLayout(d->panelPage->Tabs(), d->panelPage->Tabs()->indexOf(canvas));
     });
-    add(file, ActionId::ImportLayout, core::langx::tr(970535, "导入布局…"), {}, [this, &manager]() {
+    AddMenuAction(file, ActionId::ImportLayout, core::langx::tr(970535, "导入布局…"), {}, [this, &manager]() {
         SwitchTabFrame(TabFrameKey_PanelWorkspace, CVXVariantMapTree());
         manager.ImportPanelLayout(d->panelPage->Tabs(), d->panelPage->Tabs()->currentIndex() + 1);
     });
@@ -95,59 +122,61 @@ void CVXWorkspaceMainWindow::BuildMenus()
         d->actions.insert(static_cast<int>(ActionId::ExportBuiltIn), builtIn);
     }
     file->addSeparator();
-    add(file, ActionId::Logout, core::langx::tr(970537, "退出登录"), {},
-        [this]() { Q_EMIT LogoutRequested(); });
-    add(file, ActionId::Quit, core::langx::tr(970538, "退出"), {QKeySequence(Qt::CTRL | Qt::Key_Q)},
-        [this]() { close(); });
+    AddMenuAction(file, ActionId::Logout, core::langx::tr(970537, "退出登录"), {},
+                  [this]() { Q_EMIT LogoutRequested(); });
+    AddMenuAction(file, ActionId::Quit, core::langx::tr(970538, "退出"), {QKeySequence(Qt::CTRL | Qt::Key_Q)},
+                  [this]() { close(); });
+}
 
-    vx_std_ui::VMenu* edit = addMenu(core::langx::tr(970540, "编辑"));
-    add(edit, ActionId::Undo, core::langx::tr(970541, "撤销"), {QKeySequence(Qt::CTRL | Qt::Key_Z)},
-        [this]() {
-            if (CVXPanelScrollView* canvas = CurrentCanvas())
-                canvas->Undo();
-        });
-    add(edit, ActionId::Redo, core::langx::tr(970542, "重做"),
-        {QKeySequence(Qt::CTRL | Qt::Key_Y), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z)}, [this]() {
-            if (CVXPanelScrollView* canvas = CurrentCanvas())
-                canvas->Redo();
-        });
+void CVXWorkspaceMainWindow::BuildEditMenu()
+{
+    vx_std_ui::VMenu* edit = AddMenu(core::langx::tr(970540, "编辑"));
+    AddMenuAction(edit, ActionId::Undo, core::langx::tr(970541, "撤销"), {QKeySequence(Qt::CTRL | Qt::Key_Z)},
+                  [this]() {
+                      if (CVXPanelScrollView* canvas = CurrentCanvas())
+                          canvas->Undo();
+                  });
+    AddMenuAction(edit, ActionId::Redo, core::langx::tr(970542, "重做"),
+                  {QKeySequence(Qt::CTRL | Qt::Key_Y), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z)},
+                  [this]() {
+                      if (CVXPanelScrollView* canvas = CurrentCanvas())
+                          canvas->Redo();
+                  });
     edit->addSeparator();
-    add(edit, ActionId::CopyBox, core::langx::tr(970543, "复制面板"), {QKeySequence(Qt::CTRL | Qt::Key_C)},
-        [this]() {
-            if (CurrentCanvas())
-                CVXPanelBoxManager::instance()->UpdateCopyData();
-        });
-    add(edit, ActionId::PasteBox, core::langx::tr(970544, "粘贴面板"), {QKeySequence(Qt::CTRL | Qt::Key_V)},
-        [this]() {
-            if (CVXPanelScrollView* canvas = CurrentCanvas())
-                canvas->Paste();
-        });
-    add(edit, ActionId::DeleteBox, core::langx::tr(970545, "删除面板"), {QKeySequence(Qt::Key_Delete)},
-        [this]() {
-            if (CVXPanelScrollView* canvas = CurrentCanvas())
-                canvas->DeleteSelectedBoxes();
-        });
+    AddMenuAction(edit, ActionId::CopyBox, core::langx::tr(970543, "复制面板"),
+                  {QKeySequence(Qt::CTRL | Qt::Key_C)}, [this]() {
+                      if (CurrentCanvas())
+                          CVXPanelBoxManager::instance()->UpdateCopyData();
+                  });
+    AddMenuAction(edit, ActionId::PasteBox, core::langx::tr(970544, "粘贴面板"),
+                  {QKeySequence(Qt::CTRL | Qt::Key_V)}, [this]() {
+                      if (CVXPanelScrollView* canvas = CurrentCanvas())
+                          canvas->Paste();
+                  });
+    AddMenuAction(edit, ActionId::DeleteBox, core::langx::tr(970545, "删除面板"),
+                  {QKeySequence(Qt::Key_Delete)}, [this]() {
+                      if (CVXPanelScrollView* canvas = CurrentCanvas())
+                          canvas->DeleteSelectedBoxes();
+                  });
+}
 
-    vx_std_ui::VMenu* view = addMenu(core::langx::tr(970550, "视图"));
+// Theme and language as radio groups, then the cards a canvas can add.
+void CVXWorkspaceMainWindow::BuildViewMenu()
+{
+    vx_std_ui::VMenu* view = AddMenu(core::langx::tr(970550, "视图"));
     const bool dark = vx_ui_res::Provider::Instance().CurrentTheme() == vx_ui_res::Theme::Dark;
-    const auto radio = [this](vx_std_ui::VMenu* menu, const QString& group, ActionId id, const QString& text,
-                              bool checked, auto&& slot) {
-        QAction* action = menu->addRadioAction(group, text, static_cast<int>(id), checked);
-        connect(action, &QAction::triggered, this, std::forward<decltype(slot)>(slot));
-        d->actions.insert(static_cast<int>(id), action);
-    };
     vx_std_ui::VMenu* theme = view->addSubMenu(core::langx::tr(970551, "主题"));
-    radio(theme, kThemeGroup, ActionId::ThemeLight, core::langx::tr(970552, "浅色"), !dark,
-          [this]() { Q_EMIT ThemeRequested(vx_ui_res::Theme::Light); });
-    radio(theme, kThemeGroup, ActionId::ThemeDark, core::langx::tr(970553, "深色"), dark,
-          [this]() { Q_EMIT ThemeRequested(vx_ui_res::Theme::Dark); });
+    AddRadioAction(theme, kThemeGroup, ActionId::ThemeLight, core::langx::tr(970552, "浅色"), !dark,
+                   [this]() { Q_EMIT ThemeRequested(vx_ui_res::Theme::Light); });
+    AddRadioAction(theme, kThemeGroup, ActionId::ThemeDark, core::langx::tr(970553, "深色"), dark,
+                   [this]() { Q_EMIT ThemeRequested(vx_ui_res::Theme::Dark); });
     const bool english = core::langx::GetLanguage() == QLatin1String("en");
     // The language names are written in their own language on purpose.
     vx_std_ui::VMenu* language = view->addSubMenu(core::langx::tr(970554, "语言"));
-    radio(language, kLanguageGroup, ActionId::LanguageChinese, QStringLiteral("中文"), !english,
-          [this]() { Q_EMIT LanguageRequested(QStringLiteral("zh_CN")); });
-    radio(language, kLanguageGroup, ActionId::LanguageEnglish, QStringLiteral("English"), english,
-          [this]() { Q_EMIT LanguageRequested(QStringLiteral("en")); });
+    AddRadioAction(language, kLanguageGroup, ActionId::LanguageChinese, QStringLiteral("中文"), !english,
+                   [this]() { Q_EMIT LanguageRequested(QStringLiteral("zh_CN")); });
+    AddRadioAction(language, kLanguageGroup, ActionId::LanguageEnglish, QStringLiteral("English"), english,
+                   [this]() { Q_EMIT LanguageRequested(QStringLiteral("en")); });
     view->addSeparator();
     d->addComponentMenu = view->addSubMenu(core::langx::tr(panel_canvas_menu::kTextAddComponent, "添加组件"));
     for (const panel_canvas_menu::AddEntry& entry : panel_canvas_menu::AddComponentEntries()) {
@@ -161,16 +190,6 @@ void CVXWorkspaceMainWindow::BuildMenus()
                 canvas->AddPanelBoxWithCardInitType(cardType, CVXVariantMapTree());
         });
     }
-
-    d->shortcutsMenu = addMenu(core::langx::tr(970555, "快捷方式"));
-    // Layouts load after the window is made and may be renamed: the entries are made on demand.
-    connect(d->shortcutsMenu, &QMenu::aboutToShow, this, &CVXWorkspaceMainWindow::RebuildShortcutsMenu);
-    RebuildShortcutsMenu();
-
-    vx_std_ui::VMenu* help = addMenu(core::langx::tr(970560, "帮助"));
-    add(help, ActionId::About, core::langx::tr(970561, "关于"), {}, [this]() { ShowAbout(); });
-
-    UpdateEditActions();
 }
 
 void CVXWorkspaceMainWindow::UpdateEditActions()

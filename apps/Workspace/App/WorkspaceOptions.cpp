@@ -47,6 +47,149 @@ bool IsEnvironmentFlag(const QString& arg)
            arg.startsWith(QLatin1String("--brand=")) || arg.startsWith(QLatin1String("--broker="));
 }
 
+// Each handler reads the value of one option into `result`; it returns why the value is refused,
+// empty when it is taken.
+using ApplyOption = QString (*)(const QString& name, const QString& value, CVXWorkspaceOptions* result);
+
+QString ApplyUser(const QString& /*name*/, const QString& value, CVXWorkspaceOptions* result)
+{
+    unsigned long long id = 0;
+    // Ids travel as signed 64-bit numbers in the store.
+    const bool ok = ParseUnsigned(value, 0x7fffffffffffffffULL, &id) && id != 0;
+    result->userId = id;
+    return ok ? QString() : QStringLiteral("--user needs a positive number, not '%1'").arg(value);
+}
+
+QString ApplySeed(const QString& /*name*/, const QString& value, CVXWorkspaceOptions* result)
+{
+    unsigned long long seed = 0;
+    const bool ok = ParseUnsigned(value, ~0ULL, &seed);
+    result->seed = seed;
+    return ok ? QString() : QStringLiteral("--seed needs a number, not '%1'").arg(value);
+}
+
+QString ApplyNonEmpty(const QString& name, const QString& value, QString* field)
+{
+    if (value.trimmed().isEmpty())
+        return QStringLiteral("%1 needs a non-empty value").arg(name);
+    *field = value;
+    return QString();
+}
+
+QString ApplyDataDir(const QString& name, const QString& value, CVXWorkspaceOptions* result)
+{
+    return ApplyNonEmpty(name, value, &result->dataDir);
+}
+
+QString ApplyStore(const QString& name, const QString& value, CVXWorkspaceOptions* result)
+{
+    return ApplyNonEmpty(name, value, &result->storeFile);
+}
+
+QString ApplyScreenshot(const QString& name, const QString& value, CVXWorkspaceOptions* result)
+{
+    return ApplyNonEmpty(name, value, &result->screenshotFile);
+}
+
+QString ApplyLayout(const QString& name, const QString& value, CVXWorkspaceOptions* result)
+{
+    return ApplyNonEmpty(name, value, &result->layoutName);
+}
+
+QString ApplyLanguage(const QString& /*name*/, const QString& value, CVXWorkspaceOptions* result)
+{
+    if (value == QLatin1String("zh") || value == QLatin1String("zh_CN"))
+        result->language = QStringLiteral("zh_CN");
+    else if (value == QLatin1String("en"))
+        result->language = QStringLiteral("en");
+    else
+        return QStringLiteral("--lang is zh or en, not '%1'").arg(value);
+    return QString();
+}
+
+QString ApplyTheme(const QString& /*name*/, const QString& value, CVXWorkspaceOptions* result)
+{
+    if (value != QLatin1String("light") && value != QLatin1String("dark"))
+        return QStringLiteral("--theme is light or dark, not '%1'").arg(value);
+    result->theme = value;
+    return QString();
+}
+
+QString ApplySize(const QString& /*name*/, const QString& value, CVXWorkspaceOptions* result)
+{
+    if (ParseSize(value, &result->size))
+        return QString();
+    return QStringLiteral("--size is WIDTHxHEIGHT, each %1 to %2, not '%3'")
+        .arg(kMinSide)
+        .arg(kMaxSide)
+        .arg(value);
+}
+
+QString ApplyFrame(const QString& /*name*/, const QString& value, CVXWorkspaceOptions* result)
+{
+    unsigned long long key = 0;
+    if (!ParseUnsigned(value, 0xffffffffULL, &key) ||
+        !CVXWorkspaceWindowState::IsKnownFrame(static_cast<unsigned int>(key)))
+        return QStringLiteral("--frame is %1 (workspace), %2 (watch list) or %3 (account), not '%4'")
+            .arg(static_cast<int>(TabFrameKey_PanelWorkspace))
+            .arg(static_cast<int>(TabFrameKey_WatchList))
+            .arg(static_cast<int>(TabFrameKey_Account))
+            .arg(value);
+    result->frame = static_cast<unsigned int>(key);
+    return QString();
+}
+
+struct ValuedOption
+{
+    const char* name;
+    ApplyOption apply;
+};
+
+constexpr ValuedOption kValuedOptions[] = {
+    {"--user", ApplyUser},   {"--data-dir", ApplyDataDir},      {"--store", ApplyStore},
+    {"--seed", ApplySeed},   {"--lang", ApplyLanguage},         {"--theme", ApplyTheme},
+    {"--size", ApplySize},   {"--screenshot", ApplyScreenshot}, {"--layout", ApplyLayout},
+    {"--frame", ApplyFrame},
+};
+
+const ValuedOption* FindValuedOption(const QString& name)
+{
+    for (const ValuedOption& option : kValuedOptions) {
+        if (name == QLatin1String(option.name))
+            return &option;
+    }
+    return nullptr;
+}
+
+// Reads the option at `*index` ("--name value" or "--name=value", moving `*index` past a separate
+// value) into `result`; returns why the command line is refused, empty when the option is taken.
+QString ReadValuedOption(const QStringList& arguments, int* index, QSet<QString>* seen,
+                         CVXWorkspaceOptions* result)
+{
+    const QString arg = arguments.at(*index);
+    QString name = arg;
+    QString value;
+    bool hasValue = false;
+    const int eq = arg.indexOf(QLatin1Char('='));
+    if (arg.startsWith(QLatin1String("--")) && eq > 2) {
+        name = arg.left(eq);
+        value = arg.mid(eq + 1);
+        hasValue = true;
+    }
+    const ValuedOption* option = FindValuedOption(name);
+    if (!option)
+        return QStringLiteral("unknown option '%1'").arg(arg);
+    if (seen->contains(name))
+        return QStringLiteral("option %1 given twice").arg(name);
+    seen->insert(name);
+    if (!hasValue) {
+        if (*index + 1 >= arguments.size() || arguments.at(*index + 1).startsWith(QLatin1String("--")))
+            return QStringLiteral("option %1 needs a value").arg(name);
+        value = arguments.at(++*index);
+    }
+    return option->apply(name, value, result);
+}
+
 } // namespace
 
 bool CVXWorkspaceOptions::Parse(const QStringList& arguments, CVXWorkspaceOptions* out, QString* error)
@@ -58,101 +201,15 @@ bool CVXWorkspaceOptions::Parse(const QStringList& arguments, CVXWorkspaceOption
     }
     QString message;
     QSet<QString> seen;
-    const QStringList valued = {QStringLiteral("--user"),   QStringLiteral("--data-dir"),
-                                QStringLiteral("--store"),  QStringLiteral("--seed"),
-                                QStringLiteral("--lang"),   QStringLiteral("--theme"),
-                                QStringLiteral("--size"),   QStringLiteral("--screenshot"),
-                                QStringLiteral("--layout"), QStringLiteral("--frame")};
-
     for (int i = 0; i < arguments.size() && message.isEmpty(); ++i) {
-        const QString arg = arguments.at(i);
+        const QString& arg = arguments.at(i);
         if (IsEnvironmentFlag(arg))
             continue;
         if (arg == QLatin1String("--help") || arg == QLatin1String("-h")) {
             result.help = true;
             continue;
         }
-        QString name = arg;
-        QString value;
-        bool hasValue = false;
-        const int eq = arg.indexOf(QLatin1Char('='));
-        if (arg.startsWith(QLatin1String("--")) && eq > 2) {
-            name = arg.left(eq);
-            value = arg.mid(eq + 1);
-            hasValue = true;
-        }
-        if (!valued.contains(name)) {
-            message = QStringLiteral("unknown option '%1'").arg(arg);
-            break;
-        }
-        if (seen.contains(name)) {
-            message = QStringLiteral("option %1 given twice").arg(name);
-            break;
-        }
-        seen.insert(name);
-        if (!hasValue) {
-            if (i + 1 >= arguments.size() || arguments.at(i + 1).startsWith(QLatin1String("--"))) {
-                message = QStringLiteral("option %1 needs a value").arg(name);
-                break;
-            }
-            value = arguments.at(++i);
-        }
-
-        if (name == QLatin1String("--user")) {
-            unsigned long long id = 0;
-            // Ids travel as signed 64-bit numbers in the store.
-            if (!ParseUnsigned(value, 0x7fffffffffffffffULL, &id) || id == 0)
-                message = QStringLiteral("--user needs a positive number, not '%1'").arg(value);
-            result.userId = id;
-        } else if (name == QLatin1String("--seed")) {
-            unsigned long long seed = 0;
-            if (!ParseUnsigned(value, ~0ULL, &seed))
-                message = QStringLiteral("--seed needs a number, not '%1'").arg(value);
-            result.seed = seed;
-        } else if (name == QLatin1String("--data-dir") || name == QLatin1String("--store") ||
-                   name == QLatin1String("--screenshot") || name == QLatin1String("--layout")) {
-            if (value.trimmed().isEmpty()) {
-                message = QStringLiteral("%1 needs a non-empty value").arg(name);
-            } else if (name == QLatin1String("--data-dir")) {
-                result.dataDir = value;
-            } else if (name == QLatin1String("--store")) {
-                result.storeFile = value;
-            } else if (name == QLatin1String("--screenshot")) {
-                result.screenshotFile = value;
-            } else {
-                result.layoutName = value;
-            }
-        } else if (name == QLatin1String("--lang")) {
-            if (value == QLatin1String("zh") || value == QLatin1String("zh_CN"))
-                result.language = QStringLiteral("zh_CN");
-            else if (value == QLatin1String("en"))
-                result.language = QStringLiteral("en");
-            else
-                message = QStringLiteral("--lang is zh or en, not '%1'").arg(value);
-        } else if (name == QLatin1String("--theme")) {
-            if (value == QLatin1String("light") || value == QLatin1String("dark"))
-                result.theme = value;
-            else
-                message = QStringLiteral("--theme is light or dark, not '%1'").arg(value);
-        } else if (name == QLatin1String("--frame")) {
-            unsigned long long key = 0;
-            if (!ParseUnsigned(value, 0xffffffffULL, &key) ||
-                !CVXWorkspaceWindowState::IsKnownFrame(static_cast<unsigned int>(key)))
-                message =
-                    QStringLiteral("--frame is %1 (workspace), %2 (watch list) or %3 (account), not '%4'")
-                        .arg(static_cast<int>(TabFrameKey_PanelWorkspace))
-                        .arg(static_cast<int>(TabFrameKey_WatchList))
-                        .arg(static_cast<int>(TabFrameKey_Account))
-                        .arg(value);
-            else
-                result.frame = static_cast<unsigned int>(key);
-        } else if (name == QLatin1String("--size")) {
-            if (!ParseSize(value, &result.size))
-                message = QStringLiteral("--size is WIDTHxHEIGHT, each %1 to %2, not '%3'")
-                              .arg(kMinSide)
-                              .arg(kMaxSide)
-                              .arg(value);
-        }
+        message = ReadValuedOption(arguments, &i, &seen, &result);
     }
     if (message.isEmpty() && !result.layoutName.isEmpty() && result.screenshotFile.isEmpty())
         message = QStringLiteral("--layout is only used with --screenshot");

@@ -348,6 +348,28 @@ void CVXKLineCard::leaveEvent(QEvent* event)
     CVXWorkspaceCardBase::leaveEvent(event);
 }
 
+// What every step of one paint shares: the font, its metrics and the theme's colours.
+struct CVXKLineCard::PaintKit
+{
+    QFontMetrics fm;
+    QColor textSecondary = ThemeColor("ct_text_secondary");
+    QColor textPrimary = ThemeColor("ct_text_primary");
+    QColor divider = ThemeColor("ct_divider");
+    QColor maShort = ThemeColor("ck_orange500");
+    QColor maLong = ThemeColor("ck_purple500");
+};
+
+// The vertical price scale of the plot, padded so that nothing touches its edges.
+struct CVXKLineCard::PriceScale
+{
+    double low = 0.0;
+    double high = 0.0;
+    QRect plot;
+
+    double Y(double price) const { return plot.bottom() - (price - low) / (high - low) * plot.height(); }
+    double PriceAt(int y) const { return low + (plot.bottom() - y) * (high - low) / plot.height(); }
+};
+
 void CVXKLineCard::paintEvent(QPaintEvent* /*event*/)
 {
     QPainter p(this);
@@ -355,14 +377,29 @@ void CVXKLineCard::paintEvent(QPaintEvent* /*event*/)
     QFont small = font();
     small.setPixelSize(11);
     p.setFont(small);
-    const QFontMetrics fm(small);
-    const QColor textSecondary = ThemeColor("ct_text_secondary");
-    const QColor textPrimary = ThemeColor("ct_text_primary");
-    const QColor divider = ThemeColor("ct_divider");
-    const QColor maShortColor = ThemeColor("ck_orange500");
-    const QColor maLongColor = ThemeColor("ck_purple500");
+    const PaintKit kit{QFontMetrics(small)};
 
-    // Tool strip: period segments, the MA switch and the MA legend.
+    PaintToolStrip(p, kit);
+    if (d->candles.empty() || d->plot.height() < 10) {
+        p.setPen(kit.textSecondary);
+        p.drawText(rect().adjusted(0, kToolHeight, 0, 0), Qt::AlignCenter,
+                   core::langx::tr(970110, "暂无数据"));
+        return;
+    }
+    const PriceScale scale = VisibleScale();
+    PaintPriceAxis(p, kit, scale);
+    PaintTimeAxis(p, kit);
+    PaintCandlesAndVolume(p, kit, scale);
+    if (d->showMA)
+        PaintMovingAverages(p, kit, scale);
+    PaintLastPrice(p, scale);
+    if (d->hovered >= 0)
+        PaintCrosshair(p, kit, scale);
+}
+
+// Period segments, the MA switch and the MA legend (of the hovered candle, else the newest).
+void CVXKLineCard::PaintToolStrip(QPainter& p, const PaintKit& kit)
+{
     const QRect first = d->SegmentRect(kline::kPeriods[0]);
     const QRect last = d->SegmentRect(kline::kPeriods[std::size(kline::kPeriods) - 1]);
     const QRect segments = first.united(last);
@@ -378,7 +415,7 @@ void CVXKLineCard::paintEvent(QPaintEvent* /*event*/)
             p.drawRoundedRect(QRectF(r).adjusted(1, 1, -1, -1), 2, 2);
             p.setPen(ThemeColor("ct_text_on_accent"));
         } else {
-            p.setPen(textSecondary);
+            p.setPen(kit.textSecondary);
         }
         p.drawText(r, Qt::AlignCenter, PeriodLabel(period));
     }
@@ -386,7 +423,7 @@ void CVXKLineCard::paintEvent(QPaintEvent* /*event*/)
     p.setPen(d->showMA ? ThemeColor("ct_selected") : ThemeColor("ct_border"));
     p.setBrush(d->showMA ? ThemeColor("ct_hover") : QColor(Qt::transparent));
     p.drawRoundedRect(QRectF(maRect).adjusted(0.5, 0.5, -0.5, -0.5), 3, 3);
-    p.setPen(d->showMA ? ThemeColor("ct_selected") : textSecondary);
+    p.setPen(d->showMA ? ThemeColor("ct_selected") : kit.textSecondary);
     p.drawText(maRect, Qt::AlignCenter, QStringLiteral("MA"));
     p.setRenderHint(QPainter::Antialiasing, false);
 
@@ -398,52 +435,50 @@ void CVXKLineCard::paintEvent(QPaintEvent* /*event*/)
             const QString text =
                 QString::fromLatin1(name) + QLatin1Char(' ') +
                 (std::isfinite(value) ? FormatPrice(value, d->tickSize / 10.0) : QStringLiteral("--"));
-            if (x + fm.horizontalAdvance(text) > width() - 4)
+            if (x + kit.fm.horizontalAdvance(text) > width() - 4)
                 return;
             p.setPen(color);
             p.drawText(QRect(x, 0, width() - x, kToolHeight), Qt::AlignVCenter | Qt::AlignLeft, text);
-            x += fm.horizontalAdvance(text) + 10;
+            x += kit.fm.horizontalAdvance(text) + 10;
         };
-        legend("MA5", d->maShort, maShortColor);
-        legend("MA10", d->maLong, maLongColor);
+        legend("MA5", d->maShort, kit.maShort);
+        legend("MA10", d->maLong, kit.maLong);
     }
-    p.setPen(divider);
+    p.setPen(kit.divider);
     p.drawLine(0, kToolHeight, width(), kToolHeight);
+}
 
-    if (d->candles.empty() || d->plot.height() < 10) {
-        p.setPen(textSecondary);
-        p.drawText(rect().adjusted(0, kToolHeight, 0, 0), Qt::AlignCenter,
-                   core::langx::tr(970110, "暂无数据"));
-        return;
-    }
-
-    // Price scale over the visible candles (and MAs when drawn), padded so nothing touches the edge.
+CVXKLineCard::PriceScale CVXKLineCard::VisibleScale() const
+{
+    // The moving averages count only while they are drawn.
     std::vector<const std::vector<double>*> lines;
     if (d->showMA)
         lines = {&d->maShort, &d->maLong};
-    kline::PriceSpan span = kline::SpanOf(d->candles, d->range, lines);
-    double low = span.low;
-    double high = span.high;
-    const double pad = std::max((high - low) * 0.08, d->tickSize);
-    low -= pad;
-    high += pad;
-    const QRect& plot = d->plot;
-    auto priceY = [&](double price) { return plot.bottom() - (price - low) / (high - low) * plot.height(); };
-    auto yPrice = [&](int y) { return low + (plot.bottom() - y) * (high - low) / plot.height(); };
+    const kline::PriceSpan span = kline::SpanOf(d->candles, d->range, lines);
+    const double pad = std::max((span.high - span.low) * 0.08, d->tickSize);
+    return PriceScale{span.low - pad, span.high + pad, d->plot};
+}
 
-    const kline::AxisTicks ticks = kline::NiceTicks(low, high, std::max(2, plot.height() / 32));
+void CVXKLineCard::PaintPriceAxis(QPainter& p, const PaintKit& kit, const PriceScale& scale)
+{
+    const QRect& plot = d->plot;
+    const kline::AxisTicks ticks = kline::NiceTicks(scale.low, scale.high, std::max(2, plot.height() / 32));
     const int decimals = std::max(DecimalsOf(d->tickSize), DecimalsOf(ticks.step));
     for (double value : ticks.values) {
-        const int y = qRound(priceY(value));
-        p.setPen(divider);
+        const int y = qRound(scale.Y(value));
+        p.setPen(kit.divider);
         p.drawLine(plot.left(), y, plot.right(), y);
-        p.setPen(textSecondary);
+        p.setPen(kit.textSecondary);
         p.drawText(QRect(d->axis.left() + 6, y - 8, d->axis.width() - 6, 16),
                    Qt::AlignVCenter | Qt::AlignLeft, QString::number(value, 'f', decimals));
     }
+}
 
-    // Time axis: labels on round clock times, at least a label's width apart.
-    const int labelWidth = fm.horizontalAdvance(QStringLiteral("00:00")) + 14;
+// Labels on round clock times, at least a label's width apart, with their grid lines.
+void CVXKLineCard::PaintTimeAxis(QPainter& p, const PaintKit& kit)
+{
+    const QRect& plot = d->plot;
+    const int labelWidth = kit.fm.horizontalAdvance(QStringLiteral("00:00")) + 14;
     int interval = 0;
     for (int minutes : {5, 10, 15, 30, 60, 120, 240}) {
         if (minutes % d->period == 0 && minutes / d->period * kSlot >= labelWidth) {
@@ -451,24 +486,26 @@ void CVXKLineCard::paintEvent(QPaintEvent* /*event*/)
             break;
         }
     }
-    p.setPen(divider);
+    p.setPen(kit.divider);
     p.drawLine(d->timeAxis.topLeft(), d->timeAxis.topRight());
     p.drawLine(d->axis.left(), d->axis.top(), d->axis.left(), d->timeAxis.top());
     for (int i = d->range.first; interval > 0 && i < d->range.first + d->range.count; ++i) {
         if (d->candles[i].minute % interval != 0)
             continue;
         const int x = d->CenterX(i);
-        p.setPen(divider);
+        p.setPen(kit.divider);
         p.drawLine(x, plot.top(), x, plot.bottom());
         p.drawLine(x, d->volume.top(), x, d->volume.bottom());
         const QRect label(x - labelWidth / 2, d->timeAxis.top() + 1, labelWidth, d->timeAxis.height() - 1);
         if (label.left() >= 0 && label.right() <= d->timeAxis.right() + labelWidth / 2) {
-            p.setPen(textSecondary);
+            p.setPen(kit.textSecondary);
             p.drawText(label, Qt::AlignCenter, MinuteText(d->candles[i].minute));
         }
     }
+}
 
-    // Candles and volume bars.
+void CVXKLineCard::PaintCandlesAndVolume(QPainter& p, const PaintKit& kit, const PriceScale& scale)
+{
     long long maxVolume = 1;
     for (int i = d->range.first; i < d->range.first + d->range.count; ++i)
         maxVolume = std::max(maxVolume, d->candles[i].volume);
@@ -478,9 +515,9 @@ void CVXKLineCard::paintEvent(QPaintEvent* /*event*/)
         const QColor color = CandleColor(c);
         const int x = d->CenterX(i);
         p.setPen(color);
-        p.drawLine(x, qRound(priceY(c.high)), x, qRound(priceY(c.low)));
-        const int top = qRound(priceY(std::max(c.open, c.close)));
-        const int bottom = qRound(priceY(std::min(c.open, c.close)));
+        p.drawLine(x, qRound(scale.Y(c.high)), x, qRound(scale.Y(c.low)));
+        const int top = qRound(scale.Y(std::max(c.open, c.close)));
+        const int bottom = qRound(scale.Y(std::min(c.open, c.close)));
         p.fillRect(QRect(x - bodyWidth / 2, top, bodyWidth, std::max(1, bottom - top + 1)), color);
         const int barHeight =
             static_cast<int>(static_cast<double>(c.volume) / maxVolume * (d->volume.height() - 12));
@@ -490,42 +527,46 @@ void CVXKLineCard::paintEvent(QPaintEvent* /*event*/)
             QRect(x - bodyWidth / 2, d->volume.bottom() - barHeight + 1, bodyWidth, std::max(1, barHeight)),
             barColor);
     }
-    p.setPen(textSecondary);
+    p.setPen(kit.textSecondary);
     p.drawText(QRect(d->volume.left() + 2, d->volume.top(), d->volume.width(), 12),
                Qt::AlignLeft | Qt::AlignVCenter, QStringLiteral("VOL ") + FormatVolume(maxVolume));
-    p.setPen(divider);
+    p.setPen(kit.divider);
     p.drawLine(d->volume.left(), d->volume.top() - 3, d->axis.right(), d->volume.top() - 3);
+}
 
-    // Moving averages.
-    if (d->showMA) {
-        p.setRenderHint(QPainter::Antialiasing, true);
-        auto drawLine = [&](const std::vector<double>& line, const QColor& color) {
-            QPainterPath path;
-            bool started = false;
-            for (int i = d->range.first; i < d->range.first + d->range.count; ++i) {
-                if (!std::isfinite(line[i]))
-                    continue;
-                const QPointF point(d->CenterX(i), priceY(line[i]));
-                if (started) {
-                    path.lineTo(point);
-                } else {
-                    path.moveTo(point);
-                    started = true;
-                }
+void CVXKLineCard::PaintMovingAverages(QPainter& p, const PaintKit& kit, const PriceScale& scale)
+{
+    p.setRenderHint(QPainter::Antialiasing, true);
+    auto drawLine = [&](const std::vector<double>& line, const QColor& color) {
+        QPainterPath path;
+        bool started = false;
+        for (int i = d->range.first; i < d->range.first + d->range.count; ++i) {
+            if (!std::isfinite(line[i]))
+                continue;
+            const QPointF point(d->CenterX(i), scale.Y(line[i]));
+            if (started) {
+                path.lineTo(point);
+            } else {
+                path.moveTo(point);
+                started = true;
             }
-            p.setPen(QPen(color, 1.2));
-            p.setBrush(Qt::NoBrush);
-            p.drawPath(path);
-        };
-        drawLine(d->maShort, maShortColor);
-        drawLine(d->maLong, maLongColor);
-        p.setRenderHint(QPainter::Antialiasing, false);
-    }
+        }
+        p.setPen(QPen(color, 1.2));
+        p.setBrush(Qt::NoBrush);
+        p.drawPath(path);
+    };
+    drawLine(d->maShort, kit.maShort);
+    drawLine(d->maLong, kit.maLong);
+    p.setRenderHint(QPainter::Antialiasing, false);
+}
 
-    // Last price line and its tag on the axis.
+// The dashed line at the last price and its tag on the axis.
+void CVXKLineCard::PaintLastPrice(QPainter& p, const PriceScale& scale)
+{
+    const QRect& plot = d->plot;
     const double lastPrice = d->candles.back().close;
     const QColor lastColor = ChangeColor(lastPrice - d->prevClose);
-    const int lastY = qRound(priceY(lastPrice));
+    const int lastY = qRound(scale.Y(lastPrice));
     p.setPen(QPen(lastColor, 1, Qt::DashLine));
     p.drawLine(plot.left(), lastY, plot.right(), lastY);
     const QRect lastTag(d->axis.left() + 1, lastY - 8, d->axis.width() - 2, 16);
@@ -533,56 +574,63 @@ void CVXKLineCard::paintEvent(QPaintEvent* /*event*/)
     p.setPen(ThemeColor("ct_text_on_accent"));
     p.drawText(lastTag.adjusted(5, 0, 0, 0), Qt::AlignVCenter | Qt::AlignLeft,
                FormatPrice(lastPrice, d->tickSize));
+}
 
-    // Crosshair.
-    if (d->hovered >= 0) {
-        const QColor lineColor = ThemeColor("ct_text_secondary");
-        const int x = d->CenterX(d->hovered);
+// The lines through the hovered candle and the mouse, their tags on the axes and the info box.
+void CVXKLineCard::PaintCrosshair(QPainter& p, const PaintKit& kit, const PriceScale& scale)
+{
+    const QRect& plot = d->plot;
+    const QColor lineColor = ThemeColor("ct_text_secondary");
+    const int x = d->CenterX(d->hovered);
+    p.setPen(QPen(lineColor, 1, Qt::DotLine));
+    p.drawLine(x, plot.top(), x, d->volume.bottom());
+    const QColor tagBg = ThemeColor("ct_bg_tooltip");
+    const QColor tagText = ThemeColor("ct_text_tooltip");
+    if (d->mouse.y() >= plot.top() && d->mouse.y() <= plot.bottom()) {
         p.setPen(QPen(lineColor, 1, Qt::DotLine));
-        p.drawLine(x, plot.top(), x, d->volume.bottom());
-        const QColor tagBg = ThemeColor("ct_bg_tooltip");
-        const QColor tagText = ThemeColor("ct_text_tooltip");
-        if (d->mouse.y() >= plot.top() && d->mouse.y() <= plot.bottom()) {
-            p.setPen(QPen(lineColor, 1, Qt::DotLine));
-            p.drawLine(plot.left(), d->mouse.y(), plot.right(), d->mouse.y());
-            const QRect tag(d->axis.left() + 1, d->mouse.y() - 8, d->axis.width() - 2, 16);
-            p.fillRect(tag, tagBg);
-            p.setPen(tagText);
-            p.drawText(tag.adjusted(5, 0, 0, 0), Qt::AlignVCenter | Qt::AlignLeft,
-                       QString::number(yPrice(d->mouse.y()), 'f', DecimalsOf(d->tickSize)));
-        }
-        const QString timeText = MinuteText(d->candles[d->hovered].minute);
-        const int tw = fm.horizontalAdvance(timeText) + 10;
-        const QRect timeTag(std::clamp(x - tw / 2, d->timeAxis.left(), d->timeAxis.right() - tw),
-                            d->timeAxis.top() + 1, tw, d->timeAxis.height() - 2);
-        p.fillRect(timeTag, tagBg);
+        p.drawLine(plot.left(), d->mouse.y(), plot.right(), d->mouse.y());
+        const QRect tag(d->axis.left() + 1, d->mouse.y() - 8, d->axis.width() - 2, 16);
+        p.fillRect(tag, tagBg);
         p.setPen(tagText);
-        p.drawText(timeTag, Qt::AlignCenter, timeText);
+        p.drawText(tag.adjusted(5, 0, 0, 0), Qt::AlignVCenter | Qt::AlignLeft,
+                   QString::number(scale.PriceAt(d->mouse.y()), 'f', DecimalsOf(d->tickSize)));
+    }
+    const QString timeText = MinuteText(d->candles[d->hovered].minute);
+    const int tw = kit.fm.horizontalAdvance(timeText) + 10;
+    const QRect timeTag(std::clamp(x - tw / 2, d->timeAxis.left(), d->timeAxis.right() - tw),
+                        d->timeAxis.top() + 1, tw, d->timeAxis.height() - 2);
+    p.fillRect(timeTag, tagBg);
+    p.setPen(tagText);
+    p.drawText(timeTag, Qt::AlignCenter, timeText);
+    PaintCrosshairInfo(p, kit, x);
+}
 
-        // The info box sits in the corner away from the mouse.
-        const QStringList info = CrosshairLines();
-        int boxWidth = 0;
-        for (const QString& line : info)
-            boxWidth = std::max(boxWidth, fm.horizontalAdvance(line));
-        boxWidth += 12;
-        const int lineHeight = fm.height() + 1;
-        const int boxHeight = lineHeight * info.size() + 6;
-        const bool onLeft = x > plot.center().x();
-        const QRect box(onLeft ? plot.left() + 2 : plot.right() - boxWidth - 2, plot.top() + 2, boxWidth,
-                        boxHeight);
-        if (box.height() <= plot.height()) {
-            QColor boxBg = ThemeColor("ct_bg_secondary");
-            boxBg.setAlpha(235);
-            p.fillRect(box, boxBg);
-            p.setPen(ThemeColor("ct_border"));
-            p.drawRect(box.adjusted(0, 0, -1, -1));
-            const QColor valueColor = CandleColor(d->candles[d->hovered]);
-            for (int i = 0; i < info.size(); ++i) {
-                p.setPen(i == 0 ? textPrimary : (i == info.size() - 1 ? textSecondary : valueColor));
-                p.drawText(QRect(box.left() + 6, box.top() + 3 + i * lineHeight, boxWidth - 8, lineHeight),
-                           Qt::AlignLeft | Qt::AlignVCenter, info[i]);
-            }
-        }
+// The hovered candle's lines in a box in the plot's corner away from the mouse.
+void CVXKLineCard::PaintCrosshairInfo(QPainter& p, const PaintKit& kit, int crosshairX)
+{
+    const QRect& plot = d->plot;
+    const QStringList info = CrosshairLines();
+    int boxWidth = 0;
+    for (const QString& line : info)
+        boxWidth = std::max(boxWidth, kit.fm.horizontalAdvance(line));
+    boxWidth += 12;
+    const int lineHeight = kit.fm.height() + 1;
+    const int boxHeight = lineHeight * info.size() + 6;
+    const bool onLeft = crosshairX > plot.center().x();
+    const QRect box(onLeft ? plot.left() + 2 : plot.right() - boxWidth - 2, plot.top() + 2, boxWidth,
+                    boxHeight);
+    if (box.height() > plot.height())
+        return;
+    QColor boxBg = ThemeColor("ct_bg_secondary");
+    boxBg.setAlpha(235);
+    p.fillRect(box, boxBg);
+    p.setPen(ThemeColor("ct_border"));
+    p.drawRect(box.adjusted(0, 0, -1, -1));
+    const QColor valueColor = CandleColor(d->candles[d->hovered]);
+    for (int i = 0; i < info.size(); ++i) {
+        p.setPen(i == 0 ? kit.textPrimary : (i == info.size() - 1 ? kit.textSecondary : valueColor));
+        p.drawText(QRect(box.left() + 6, box.top() + 3 + i * lineHeight, boxWidth - 8, lineHeight),
+                   Qt::AlignLeft | Qt::AlignVCenter, info[i]);
     }
 }
 

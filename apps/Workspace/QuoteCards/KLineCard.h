@@ -13,6 +13,8 @@
 
 #include <memory>
 
+class QPainter;
+
 namespace vx_ws {
 
 class CVXKLineCard : public TplVXWorkspaceCard<CVXKLineCard>
@@ -62,6 +64,18 @@ protected:
     void leaveEvent(QEvent* event) override;
 
 private:
+    struct PaintKit;
+    struct PriceScale;
+    void PaintToolStrip(QPainter& p, const PaintKit& kit);
+    PriceScale VisibleScale() const;
+    void PaintPriceAxis(QPainter& p, const PaintKit& kit, const PriceScale& scale);
+    void PaintTimeAxis(QPainter& p, const PaintKit& kit);
+    void PaintCandlesAndVolume(QPainter& p, const PaintKit& kit, const PriceScale& scale);
+    void PaintMovingAverages(QPainter& p, const PaintKit& kit, const PriceScale& scale);
+    void PaintLastPrice(QPainter& p, const PriceScale& scale);
+    void PaintCrosshair(QPainter& p, const PaintKit& kit, const PriceScale& scale);
+    void PaintCrosshairInfo(QPainter& p, const PaintKit& kit, int crosshairX);
+
     struct Impl;
     std::unique_ptr<Impl> d;
 };

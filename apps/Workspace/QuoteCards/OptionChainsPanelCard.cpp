@@ -69,6 +69,28 @@ QString SignedPrice(double value, double tick)
     return value > 0 && text.toDouble() != 0 ? QLatin1Char('+') + text : text;
 }
 
+// The text of one quote cell and its colour ("--" for a missing bid or ask).
+QString CellText(EnField field, const OptionSideQuote& q, double tick, QColor* color)
+{
+    *color = CVXWorkspaceCardBase::ThemeColor("ct_text_primary");
+    switch (field) {
+    case EnField::Bid:
+        return q.bid > 0 ? CVXWorkspaceCardBase::FormatPrice(q.bid, tick) : QStringLiteral("--");
+    case EnField::Ask:
+        return q.ask > 0 ? CVXWorkspaceCardBase::FormatPrice(q.ask, tick) : QStringLiteral("--");
+    case EnField::Last:
+        *color = CVXWorkspaceCardBase::ChangeColor(q.change);
+        return CVXWorkspaceCardBase::FormatPrice(q.last, tick);
+    case EnField::Change:
+        *color = CVXWorkspaceCardBase::ChangeColor(q.change);
+        return SignedPrice(q.change, tick);
+    case EnField::Theoretical:
+        *color = CVXWorkspaceCardBase::ThemeColor("ct_text_secondary");
+        return CVXWorkspaceCardBase::FormatPrice(q.theoretical, tick);
+    }
+    return QString();
+}
+
 } // namespace
 
 struct CVXOptionChainsPanelCard::Layout
@@ -355,13 +377,28 @@ void CVXOptionChainsPanelCard::paintEvent(QPaintEvent* /*event*/)
         Rebuild();
     QPainter painter(this);
     painter.fillRect(rect(), ThemeColor("ct_bg_primary"));
-    const QColor textPrimary = ThemeColor("ct_text_primary");
-    const QColor textSecondary = ThemeColor("ct_text_secondary");
     const Layout l = ComputeLayout();
     vx_md::CVXSimMarketData* feed = MarketData();
     const unsigned long underlying = m_chain.underlyingId;
 
-    // Top bar: the underlying and the expiry tabs.
+    PaintTopBar(painter, l);
+    if (!feed || underlying == 0 || m_chain.IsEmpty()) {
+        painter.setPen(ThemeColor("ct_text_secondary"));
+        painter.setFont(font());
+        const QString message = (!feed || underlying == 0) ? core::langx::tr(970230, "暂无行情")
+                                                           : core::langx::tr(970229, "该标的暂无期权");
+        painter.drawText(rect().adjusted(0, kTopBarHeight, 0, 0), Qt::AlignCenter, message);
+        return;
+    }
+    PaintColumnTitles(painter, l);
+    PaintRows(painter, l);
+}
+
+// The underlying with its price and change, and the expiry tabs.
+void CVXOptionChainsPanelCard::PaintTopBar(QPainter& painter, const Layout& l)
+{
+    vx_md::CVXSimMarketData* feed = MarketData();
+    const unsigned long underlying = m_chain.underlyingId;
     painter.fillRect(l.topBar, ThemeColor("ct_bg_secondary"));
     if (feed && underlying != 0) {
         const vx_md::SecurityInfo info = feed->GetSecurity(underlying);
@@ -373,7 +410,7 @@ void CVXOptionChainsPanelCard::paintEvent(QPaintEvent* /*event*/)
         const QString title =
             QString::fromStdString(info.code) + QLatin1Char(' ') + QString::fromStdString(info.name);
         painter.setFont(font());
-        painter.setPen(textPrimary);
+        painter.setPen(ThemeColor("ct_text_primary"));
         const QString shownTitle = painter.fontMetrics().elidedText(title, Qt::ElideRight, text.width() / 2);
         painter.drawText(text, Qt::AlignLeft | Qt::AlignVCenter, shownTitle);
         const int titleWidth = painter.fontMetrics().horizontalAdvance(shownTitle) + 10;
@@ -390,22 +427,16 @@ void CVXOptionChainsPanelCard::paintEvent(QPaintEvent* /*event*/)
         painter.setBrush(current ? WithAlpha(ThemeColor("ct_selected"), 36) : QColor(Qt::transparent));
         painter.drawRoundedRect(QRectF(tab).adjusted(0.5, 0.5, -0.5, -0.5), 3, 3);
         painter.setRenderHint(QPainter::Antialiasing, false);
-        painter.setPen(current ? ThemeColor("ct_selected") : textSecondary);
+        painter.setPen(current ? ThemeColor("ct_selected") : ThemeColor("ct_text_secondary"));
         painter.drawText(tab, Qt::AlignCenter, ExpiryText(m_chain.expiries[i].expiryDays));
     }
+}
 
-    if (!feed || underlying == 0 || m_chain.IsEmpty()) {
-        painter.setPen(textSecondary);
-        painter.setFont(font());
-        const QString message = (!feed || underlying == 0) ? core::langx::tr(970230, "暂无行情")
-                                                           : core::langx::tr(970229, "该标的暂无期权");
-        painter.drawText(rect().adjusted(0, kTopBarHeight, 0, 0), Qt::AlignCenter, message);
-        return;
-    }
-
-    // Side titles and column titles.
-    const QFont small = SmallerFont(font());
-    painter.setFont(small);
+// Side titles over the calls and the puts, then the column titles.
+void CVXOptionChainsPanelCard::PaintColumnTitles(QPainter& painter, const Layout& l)
+{
+    const QColor textSecondary = ThemeColor("ct_text_secondary");
+    painter.setFont(SmallerFont(font()));
     DrawCellText(painter,
                  QRect(l.callSide.left(), l.sideHeader.top(), l.callSide.width(), l.sideHeader.height()),
                  core::langx::tr(970221, "看涨"), Qt::AlignCenter, ThemeColor("ct_rise"));
@@ -420,22 +451,15 @@ void CVXOptionChainsPanelCard::paintEvent(QPaintEvent* /*event*/)
     DrawCellText(painter,
                  QRect(l.strike.left(), l.columnHeader.top(), l.strike.width(), l.columnHeader.height()),
                  core::langx::tr(970223, "行权价"), Qt::AlignCenter, textSecondary);
-
-    PaintRows(painter, l);
 }
 
 void CVXOptionChainsPanelCard::PaintRows(QPainter& painter, const Layout& l)
 {
-    vx_md::CVXSimMarketData* feed = MarketData();
     const OptionChainExpiry& expiry = m_chain.expiries[CurrentExpiryIndex()];
-    const double spot = feed->GetQuote(m_chain.underlyingId).last;
+    const double spot = MarketData()->GetQuote(m_chain.underlyingId).last;
     const QColor textPrimary = ThemeColor("ct_text_primary");
-    const QColor textSecondary = ThemeColor("ct_text_secondary");
-    const QColor itmShade = WithAlpha(ThemeColor("ct_focus"), 22);
     const QColor divider = ThemeColor("ct_divider");
-    const QColor selected = ThemeColor("ct_selected");
-    const QFont rowFont = font();
-    painter.setFont(rowFont);
+    painter.setFont(font());
 
     int spotLine = -1;
     for (std::size_t i = 0; i < expiry.rows.size(); ++i) {
@@ -445,74 +469,65 @@ void CVXOptionChainsPanelCard::PaintRows(QPainter& painter, const Layout& l)
             break;
         if (spotLine < 0 && row.strike > spot)
             spotLine = r.top();
-        for (const bool call : {true, false}) {
-            const unsigned long id = call ? row.callId : row.putId;
-            const QRect side = call ? l.callSide : l.putSide;
-            const QRect half(side.left(), r.top(), side.width(), r.height());
-            if (IsInTheMoney(call ? vx_md::EnOptionRight::Call : vx_md::EnOptionRight::Put, row.strike, spot))
-                painter.fillRect(half, itmShade);
-            if (id != 0 && id == m_selectedOption) {
-                painter.fillRect(half, WithAlpha(selected, 46));
-                painter.setPen(selected);
-                painter.setBrush(Qt::NoBrush);
-                painter.drawRect(half.adjusted(0, 0, -1, -1));
-            } else if (id != 0 && id == m_hoverOption) {
-                painter.fillRect(half, ThemeColor("ct_hover"));
-            }
-            if (id == 0)
-                continue;
-            const OptionSideQuote q = MakeOptionSideQuote(*feed, id);
-            const double tick = feed->GetSecurity(id).tickSize;
-            for (const Layout::Cell& c : call ? l.callCells : l.putCells) {
-                const QRect cell(c.left, r.top(), c.width, r.height());
-                QString text;
-                QColor color = textPrimary;
-                switch (c.field) {
-                case EnField::Bid:
-                    text = q.bid > 0 ? FormatPrice(q.bid, tick) : QStringLiteral("--");
-                    break;
-                case EnField::Ask:
-                    text = q.ask > 0 ? FormatPrice(q.ask, tick) : QStringLiteral("--");
-                    break;
-                case EnField::Last:
-                    text = FormatPrice(q.last, tick);
-                    color = ChangeColor(q.change);
-                    break;
-                case EnField::Change:
-                    text = SignedPrice(q.change, tick);
-                    color = ChangeColor(q.change);
-                    break;
-                case EnField::Theoretical:
-                    text = FormatPrice(q.theoretical, tick);
-                    color = textSecondary;
-                    break;
-                }
-                DrawCellText(painter, cell, text, Qt::AlignRight, color);
-            }
-        }
+        PaintOptionSide(painter, l, row, r, true, spot);
+        PaintOptionSide(painter, l, row, r, false, spot);
         const QRect strikeCell(l.strike.left(), r.top(), l.strike.width(), r.height());
         painter.fillRect(strikeCell, ThemeColor("ct_bg_secondary"));
         DrawCellText(painter, strikeCell, FormatPrice(row.strike, 0.01), Qt::AlignCenter, textPrimary);
         painter.fillRect(QRect(r.left(), r.bottom(), r.width(), 1), WithAlpha(divider, 160));
     }
-
-    // Where the underlying trades between the strikes: a line across and two arrow heads at the
-    // strike column (the price itself is in the top bar).
     if (spotLine < 0 && !expiry.rows.empty())
         spotLine = l.RowRect(static_cast<int>(expiry.rows.size())).top();
-    if (spotLine >= l.rows.top() && spotLine < height()) {
-        const QColor focus = ThemeColor("ct_focus");
-        painter.fillRect(QRect(0, spotLine - 1, width(), 2), focus);
-        painter.setRenderHint(QPainter::Antialiasing, true);
-        painter.setPen(Qt::NoPen);
-        painter.setBrush(focus);
-        const int y = spotLine;
-        const int left = l.strike.left();
-        const int right = l.strike.right() + 1;
-        painter.drawPolygon(QPolygon({QPoint(left, y - 5), QPoint(left + 6, y), QPoint(left, y + 5)}));
-        painter.drawPolygon(QPolygon({QPoint(right, y - 5), QPoint(right - 6, y), QPoint(right, y + 5)}));
-        painter.setRenderHint(QPainter::Antialiasing, false);
+    PaintSpotLine(painter, l, spotLine);
+}
+
+// The call or put half of one strike's row: in-the-money shade, selection or hover, and quotes.
+void CVXOptionChainsPanelCard::PaintOptionSide(QPainter& painter, const Layout& l, const OptionChainRow& row,
+                                               const QRect& r, bool call, double spot)
+{
+    const unsigned long id = call ? row.callId : row.putId;
+    const QRect side = call ? l.callSide : l.putSide;
+    const QRect half(side.left(), r.top(), side.width(), r.height());
+    if (IsInTheMoney(call ? vx_md::EnOptionRight::Call : vx_md::EnOptionRight::Put, row.strike, spot))
+        painter.fillRect(half, WithAlpha(ThemeColor("ct_focus"), 22));
+    const QColor selected = ThemeColor("ct_selected");
+    if (id != 0 && id == m_selectedOption) {
+        painter.fillRect(half, WithAlpha(selected, 46));
+        painter.setPen(selected);
+        painter.setBrush(Qt::NoBrush);
+        painter.drawRect(half.adjusted(0, 0, -1, -1));
+    } else if (id != 0 && id == m_hoverOption) {
+        painter.fillRect(half, ThemeColor("ct_hover"));
     }
+    if (id == 0)
+        return;
+    vx_md::CVXSimMarketData* feed = MarketData();
+    const OptionSideQuote q = MakeOptionSideQuote(*feed, id);
+    const double tick = feed->GetSecurity(id).tickSize;
+    for (const Layout::Cell& c : call ? l.callCells : l.putCells) {
+        QColor color;
+        const QString text = CellText(c.field, q, tick, &color);
+        DrawCellText(painter, QRect(c.left, r.top(), c.width, r.height()), text, Qt::AlignRight, color);
+    }
+}
+
+// Where the underlying trades between the strikes: a line across and two arrow heads at the
+// strike column (the price itself is in the top bar).
+void CVXOptionChainsPanelCard::PaintSpotLine(QPainter& painter, const Layout& l, int spotLine)
+{
+    if (spotLine < l.rows.top() || spotLine >= height())
+        return;
+    const QColor focus = ThemeColor("ct_focus");
+    painter.fillRect(QRect(0, spotLine - 1, width(), 2), focus);
+    painter.setRenderHint(QPainter::Antialiasing, true);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(focus);
+    const int y = spotLine;
+    const int left = l.strike.left();
+    const int right = l.strike.right() + 1;
+    painter.drawPolygon(QPolygon({QPoint(left, y - 5), QPoint(left + 6, y), QPoint(left, y + 5)}));
+    painter.drawPolygon(QPolygon({QPoint(right, y - 5), QPoint(right - 6, y), QPoint(right, y + 5)}));
+    painter.setRenderHint(QPainter::Antialiasing, false);
 }
 
 } // namespace vx_ws

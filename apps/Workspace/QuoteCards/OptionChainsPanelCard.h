@@ -60,7 +60,12 @@ private:
     void Rebuild();
     void RaiseSelection();
     unsigned long OptionAt(const QPoint& pos) const;
+    void PaintTopBar(QPainter& painter, const Layout& layout);
+    void PaintColumnTitles(QPainter& painter, const Layout& layout);
     void PaintRows(QPainter& painter, const Layout& layout);
+    void PaintOptionSide(QPainter& painter, const Layout& layout, const OptionChainRow& row, const QRect& r,
+                         bool call, double spot);
+    void PaintSpotLine(QPainter& painter, const Layout& layout, int spotLine);
 
     OptionChain m_chain;
     bool m_built = false;

@@ -261,10 +261,6 @@ void CVXOrderBookCard::paintEvent(QPaintEvent* /*event*/)
 {
     QPainter painter(this);
     painter.fillRect(rect(), ThemeColor("ct_bg_primary"));
-    const QColor textPrimary = ThemeColor("ct_text_primary");
-    const QColor textSecondary = ThemeColor("ct_text_secondary");
-    const QColor buy = ThemeColor("ct_buy");
-    const QColor sell = ThemeColor("ct_sell");
 
     vx_md::CVXSimMarketData* feed = MarketData();
     const unsigned long id = ShownStockID();
@@ -274,9 +270,28 @@ void CVXOrderBookCard::paintEvent(QPaintEvent* /*event*/)
     const double tick = known ? feed->GetSecurity(id).tickSize : 0.01;
     const double prevClose = known ? feed->GetQuote(id).prevClose : 0.0;
 
-    // Header: spread, imbalance, depth switch.
-    const QFont small = SmallerFont(font());
-    painter.setFont(small);
+    PaintHeader(painter, view, g, tick);
+    PaintRatioBar(painter, view, g);
+    if (!known || (view.bids.empty() && view.asks.empty())) {
+        painter.setFont(font());
+        painter.setPen(ThemeColor("ct_text_secondary"));
+        painter.drawText(g.levels, Qt::AlignCenter, core::langx::tr(970208, "暂无盘口"));
+        return;
+    }
+    for (const Geometry::Level& row : g.rows) {
+        const OrderBookLevelView& level =
+            (row.side == EnBookSide::Ask ? view.asks : view.bids)[row.level - 1];
+        PaintLevel(painter, row.rect, row.side, row.level, level, tick, prevClose);
+    }
+    PaintSpreadLine(painter, g);
+}
+
+// Spread and imbalance (when there is room) left of the depth switch.
+void CVXOrderBookCard::PaintHeader(QPainter& painter, const OrderBookView& view, const Geometry& g,
+                                   double tick)
+{
+    const QColor textSecondary = ThemeColor("ct_text_secondary");
+    painter.setFont(SmallerFont(font()));
     QRect headerText = g.header.adjusted(6, 0, -(g.depthSwitch.width() + 12), 0);
     if (view.hasSpread) {
         const QString spread = core::langx::tr(970202, "价差") + QLatin1Char(' ') +
@@ -298,71 +313,71 @@ void CVXOrderBookCard::paintEvent(QPaintEvent* /*event*/)
     painter.setPen(ThemeColor("ct_border"));
     painter.setBrush(Qt::NoBrush);
     painter.drawRoundedRect(QRectF(g.depthSwitch).adjusted(0.5, 0.5, -0.5, -0.5), 3, 3);
-    painter.setPen(textPrimary);
+    painter.setPen(ThemeColor("ct_text_primary"));
     painter.drawText(g.depthSwitch, Qt::AlignCenter, DepthText(m_depth));
+}
 
-    // The share of bid volume against ask volume.
+// The share of bid volume against ask volume.
+void CVXOrderBookCard::PaintRatioBar(QPainter& painter, const OrderBookView& view, const Geometry& g)
+{
     if (view.bidVolume + view.askVolume > 0) {
         const int bidWidth = static_cast<int>(g.ratioBar.width() * view.bidShare + 0.5);
-        painter.fillRect(QRect(g.ratioBar.left(), g.ratioBar.top(), bidWidth, g.ratioBar.height()), buy);
+        painter.fillRect(QRect(g.ratioBar.left(), g.ratioBar.top(), bidWidth, g.ratioBar.height()),
+                         ThemeColor("ct_buy"));
         painter.fillRect(QRect(g.ratioBar.left() + bidWidth, g.ratioBar.top(), g.ratioBar.width() - bidWidth,
                                g.ratioBar.height()),
-                         sell);
+                         ThemeColor("ct_sell"));
     } else {
         painter.fillRect(g.ratioBar, ThemeColor("ct_divider"));
     }
+}
 
-    if (!known || (view.bids.empty() && view.asks.empty())) {
-        painter.setFont(font());
-        painter.setPen(textSecondary);
-        painter.drawText(g.levels, Qt::AlignCenter, core::langx::tr(970208, "暂无盘口"));
-        return;
-    }
+void CVXOrderBookCard::PaintLevel(QPainter& painter, const QRect& r, EnBookSide side, int levelNumber,
+                                  const OrderBookLevelView& level, double tick, double prevClose)
+{
+    const bool ask = side == EnBookSide::Ask;
+    if (m_hover.level == levelNumber && m_hover.side == side)
+        painter.fillRect(r, ThemeColor("ct_hover"));
+    // The volume bar, at most 60% of the row, grows from the row's outer edge; side by side
+    // both sides grow from the middle so the two depths face each other.
+    const int barWidth = static_cast<int>(r.width() * 0.6 * level.barFraction + 0.5);
+    const bool fromLeft = ask && IsSideBySide();
+    const int barLeft = fromLeft ? r.left() : r.right() - barWidth + 1;
+    painter.fillRect(QRect(barLeft, r.top() + 2, barWidth, r.height() - 3),
+                     WithAlpha(ask ? ThemeColor("ct_sell") : ThemeColor("ct_buy"), 34));
 
-    const QFont rowFont = font();
-    const bool sideBySide = IsSideBySide();
-    for (const Geometry::Level& row : g.rows) {
-        const bool ask = row.side == EnBookSide::Ask;
-        const OrderBookLevelView& level = (ask ? view.asks : view.bids)[row.level - 1];
-        const QRect r = row.rect;
-        if (m_hover.level == row.level && m_hover.side == row.side)
-            painter.fillRect(r, ThemeColor("ct_hover"));
-        // The volume bar, at most 60% of the row, grows from the row's outer edge; side by side
-        // both sides grow from the middle so the two depths face each other.
-        const int barWidth = static_cast<int>(r.width() * 0.6 * level.barFraction + 0.5);
-        const bool fromLeft = ask && sideBySide;
-        const int barLeft = fromLeft ? r.left() : r.right() - barWidth + 1;
-        painter.fillRect(QRect(barLeft, r.top() + 2, barWidth, r.height() - 3),
-                         WithAlpha(ask ? sell : buy, 34));
+    const QColor textPrimary = ThemeColor("ct_text_primary");
+    const int labelWidth = std::max(40, r.width() / 5);
+    const QRect labelRect(r.left() + 2, r.top(), labelWidth, r.height());
+    const QRect volumeRect(r.left() + r.width() / 2, r.top(), r.width() / 2 - 2, r.height());
+    const QRect priceRect(labelRect.right(), r.top(), volumeRect.left() - labelRect.right(), r.height());
+    painter.setFont(SmallerFont(font()));
+    DrawCellText(painter, labelRect, LevelLabel(side, levelNumber), Qt::AlignLeft,
+                 ThemeColor("ct_text_secondary"));
+    painter.setFont(font());
+    DrawCellText(painter, priceRect, FormatPrice(level.price, tick), Qt::AlignRight,
+                 prevClose > 0 ? ChangeColor(level.price - prevClose) : textPrimary);
+    DrawCellText(painter, volumeRect, FormatVolume(level.volume), Qt::AlignRight, textPrimary);
+}
 
-        const int labelWidth = std::max(40, r.width() / 5);
-        const QRect labelRect(r.left() + 2, r.top(), labelWidth, r.height());
-        const QRect volumeRect(r.left() + r.width() / 2, r.top(), r.width() / 2 - 2, r.height());
-        const QRect priceRect(labelRect.right(), r.top(), volumeRect.left() - labelRect.right(), r.height());
-        painter.setFont(small);
-        DrawCellText(painter, labelRect, LevelLabel(row.side, row.level), Qt::AlignLeft, textSecondary);
-        painter.setFont(rowFont);
-        DrawCellText(painter, priceRect, FormatPrice(level.price, tick), Qt::AlignRight,
-                     prevClose > 0 ? ChangeColor(level.price - prevClose) : textPrimary);
-        DrawCellText(painter, volumeRect, FormatVolume(level.volume), Qt::AlignRight, textPrimary);
-    }
-
-    // The spread line between the two sides.
+// The line between the two sides: down the middle side by side, else under ask 1.
+void CVXOrderBookCard::PaintSpreadLine(QPainter& painter, const Geometry& g)
+{
     painter.setPen(ThemeColor("ct_divider"));
-    if (sideBySide) {
+    if (IsSideBySide()) {
         const int x = g.levels.left() + g.levels.width() / 2;
         painter.drawLine(x, g.levels.top(), x, g.levels.bottom());
-    } else {
-        QRect ask1;
-        QRect bid1;
-        for (const Geometry::Level& row : g.rows) {
-            if (row.level == 1)
-                (row.side == EnBookSide::Ask ? ask1 : bid1) = row.rect;
-        }
-        const int y = !ask1.isEmpty() ? ask1.bottom() + 1 : (!bid1.isEmpty() ? bid1.top() - 1 : -1);
-        if (y >= 0)
-            painter.drawLine(g.levels.left(), y, g.levels.right(), y);
+        return;
     }
+    QRect ask1;
+    QRect bid1;
+    for (const Geometry::Level& row : g.rows) {
+        if (row.level == 1)
+            (row.side == EnBookSide::Ask ? ask1 : bid1) = row.rect;
+    }
+    const int y = !ask1.isEmpty() ? ask1.bottom() + 1 : (!bid1.isEmpty() ? bid1.top() - 1 : -1);
+    if (y >= 0)
+        painter.drawLine(g.levels.left(), y, g.levels.right(), y);
 }
 
 } // namespace vx_ws

@@ -13,6 +13,8 @@
 
 #include <QRect>
 
+class QPainter;
+
 namespace vx_ws {
 
 class CVXOrderBookCard : public TplVXWorkspaceCard<CVXOrderBookCard>
@@ -63,6 +65,11 @@ private:
     Geometry ComputeGeometry(const OrderBookView& view) const;
     Hit HitTest(const QPoint& pos) const;
     void RequestOrder(const Hit& hit);
+    void PaintHeader(QPainter& painter, const OrderBookView& view, const Geometry& g, double tick);
+    void PaintRatioBar(QPainter& painter, const OrderBookView& view, const Geometry& g);
+    void PaintLevel(QPainter& painter, const QRect& r, EnBookSide side, int levelNumber,
+                    const OrderBookLevelView& level, double tick, double prevClose);
+    void PaintSpreadLine(QPainter& painter, const Geometry& g);
 
     int m_depth = 5;
     Hit m_pressed;

@@ -229,61 +229,69 @@ void CVXStockHeaderCard::paintEvent(QPaintEvent* /*event*/)
     p.fillRect(rect(), ThemeColor("ct_bg_primary"));
     const StockHeaderView view = View();
     const int titleHeight = d->TitleHeight(size());
-    const QColor textPrimary = ThemeColor("ct_text_primary");
-    const QColor textSecondary = ThemeColor("ct_text_secondary");
 
     if (view.code.isEmpty()) {
-        p.setPen(textSecondary);
+        p.setPen(ThemeColor("ct_text_secondary"));
         p.setFont(PixelFont(font(), 12));
         p.drawText(rect(), Qt::AlignCenter, core::langx::tr(970110, "暂无数据"));
         return;
     }
-
-    // Title: code, market badge, name (hidden under the code field while it is open).
-    if (IsCodeEditorOpen()) {
-        if (!d->notFound.isEmpty()) {
-            const QRect editor = d->editor->geometry();
-            p.setFont(PixelFont(font(), 12));
-            p.setPen(ThemeColor("ck_orange500"));
-            p.drawText(
-                QRect(editor.right() + 8, 0, width() - editor.right() - 12, titleHeight),
-                Qt::AlignVCenter | Qt::AlignLeft,
-                p.fontMetrics().elidedText(NotFoundHint(), Qt::ElideRight, width() - editor.right() - 12));
-        }
-    } else {
-        int x = kMargin;
-        const QFont codeFont = PixelFont(font(), 13, true);
-        p.setFont(codeFont);
-        p.setPen(textPrimary);
-        const int codeWidth = QFontMetrics(codeFont).horizontalAdvance(view.code);
-        p.drawText(QRect(x, 0, codeWidth + 2, titleHeight), Qt::AlignVCenter | Qt::AlignLeft, view.code);
-        x += codeWidth + 6;
-        const QFont badgeFont = PixelFont(font(), 9, true);
-        p.setFont(badgeFont);
-        const int badgeWidth = QFontMetrics(badgeFont).horizontalAdvance(view.market) + 6;
-        const QRect badge(x, titleHeight / 2 - 6, badgeWidth, 12);
-        p.fillRect(badge, ThemeColor("ct_bg_tertiary"));
-        p.setPen(textSecondary);
-        p.drawText(badge, Qt::AlignCenter, view.market);
-        x += badgeWidth + 6;
-        const QFont nameFont = PixelFont(font(), 12);
-        p.setFont(nameFont);
-        // The time of the last trade sits at the right end when the name leaves room for it.
-        const int timeWidth = QFontMetrics(nameFont).horizontalAdvance(view.time) + kMargin;
-        const int nameWidth = QFontMetrics(nameFont).horizontalAdvance(view.name);
-        const bool timeFits = x + nameWidth + 12 + timeWidth <= width() - kMargin;
-        const int nameRoom = width() - x - kMargin - (timeFits ? timeWidth : 0);
-        p.drawText(QRect(x, 0, nameRoom, titleHeight), Qt::AlignVCenter | Qt::AlignLeft,
-                   QFontMetrics(nameFont).elidedText(view.name, Qt::ElideRight, nameRoom));
-        if (timeFits) {
-            p.drawText(QRect(0, 0, width() - kMargin, titleHeight), Qt::AlignVCenter | Qt::AlignRight,
-                       view.time);
-        }
-    }
-
-    // Last price block.
-    const bool wide = IsWideLayout();
+    if (IsCodeEditorOpen())
+        PaintNotFoundHint(p, titleHeight);
+    else
+        PaintTitle(p, view, titleHeight);
     const QRect body(0, titleHeight, width(), height() - titleHeight);
+    const int leftWidth = PaintPriceBlock(p, view, body);
+    PaintStatistics(p, view, body, leftWidth);
+}
+
+// Next to the open code field: why the typed code showed nothing.
+void CVXStockHeaderCard::PaintNotFoundHint(QPainter& p, int titleHeight)
+{
+    if (d->notFound.isEmpty())
+        return;
+    const QRect editor = d->editor->geometry();
+    p.setFont(PixelFont(font(), 12));
+    p.setPen(ThemeColor("ck_orange500"));
+    p.drawText(QRect(editor.right() + 8, 0, width() - editor.right() - 12, titleHeight),
+               Qt::AlignVCenter | Qt::AlignLeft,
+               p.fontMetrics().elidedText(NotFoundHint(), Qt::ElideRight, width() - editor.right() - 12));
+}
+
+// Code, market badge, name, and the time of the last trade when the name leaves room for it.
+void CVXStockHeaderCard::PaintTitle(QPainter& p, const StockHeaderView& view, int titleHeight)
+{
+    int x = kMargin;
+    const QFont codeFont = PixelFont(font(), 13, true);
+    p.setFont(codeFont);
+    p.setPen(ThemeColor("ct_text_primary"));
+    const int codeWidth = QFontMetrics(codeFont).horizontalAdvance(view.code);
+    p.drawText(QRect(x, 0, codeWidth + 2, titleHeight), Qt::AlignVCenter | Qt::AlignLeft, view.code);
+    x += codeWidth + 6;
+    const QFont badgeFont = PixelFont(font(), 9, true);
+    p.setFont(badgeFont);
+    const int badgeWidth = QFontMetrics(badgeFont).horizontalAdvance(view.market) + 6;
+    const QRect badge(x, titleHeight / 2 - 6, badgeWidth, 12);
+    p.fillRect(badge, ThemeColor("ct_bg_tertiary"));
+    p.setPen(ThemeColor("ct_text_secondary"));
+    p.drawText(badge, Qt::AlignCenter, view.market);
+    x += badgeWidth + 6;
+    const QFont nameFont = PixelFont(font(), 12);
+    p.setFont(nameFont);
+    const int timeWidth = QFontMetrics(nameFont).horizontalAdvance(view.time) + kMargin;
+    const int nameWidth = QFontMetrics(nameFont).horizontalAdvance(view.name);
+    const bool timeFits = x + nameWidth + 12 + timeWidth <= width() - kMargin;
+    const int nameRoom = width() - x - kMargin - (timeFits ? timeWidth : 0);
+    p.drawText(QRect(x, 0, nameRoom, titleHeight), Qt::AlignVCenter | Qt::AlignLeft,
+               QFontMetrics(nameFont).elidedText(view.name, Qt::ElideRight, nameRoom));
+    if (timeFits) {
+        p.drawText(QRect(0, 0, width() - kMargin, titleHeight), Qt::AlignVCenter | Qt::AlignRight, view.time);
+    }
+}
+
+// The last price over its change; returns the width the block takes from the left edge.
+int CVXStockHeaderCard::PaintPriceBlock(QPainter& p, const StockHeaderView& view, const QRect& body)
+{
     const QColor changeColor = ChangeColor(view.direction);
     const int priceSize = std::clamp(body.height() * 46 / 100, 16, 28);
     const QFont priceFont = PixelFont(font(), priceSize, true);
@@ -293,7 +301,7 @@ void CVXStockHeaderCard::paintEvent(QPaintEvent* /*event*/)
     const int blockWidth = std::max(QFontMetrics(priceFont).horizontalAdvance(view.last),
                                     QFontMetrics(changeFont).horizontalAdvance(changeText)) +
                            kMargin + 8;
-    const int leftWidth = wide ? std::max(blockWidth, width() * 28 / 100) : blockWidth;
+    const int leftWidth = IsWideLayout() ? std::max(blockWidth, width() * 28 / 100) : blockWidth;
     const int priceHeight = QFontMetrics(priceFont).height();
     const int changeHeight = QFontMetrics(changeFont).height();
     const int blockTop = body.top() + std::max(0, (body.height() - priceHeight - changeHeight) / 2);
@@ -304,8 +312,16 @@ void CVXStockHeaderCard::paintEvent(QPaintEvent* /*event*/)
     p.setFont(changeFont);
     p.drawText(QRect(kMargin, blockTop + priceHeight, leftWidth - kMargin, changeHeight),
                Qt::AlignLeft | Qt::AlignVCenter, changeText);
+    return leftWidth;
+}
 
-    // Statistics grid, two rows; labels left, values right-aligned in each cell.
+// Two rows of statistics right of the price block; labels left, values right-aligned in each cell.
+void CVXStockHeaderCard::PaintStatistics(QPainter& p, const StockHeaderView& view, const QRect& body,
+                                         int leftWidth)
+{
+    const bool wide = IsWideLayout();
+    const QColor textPrimary = ThemeColor("ct_text_primary");
+    const QColor textSecondary = ThemeColor("ct_text_secondary");
     const int columns = wide ? 4 : 2;
     const int gridLeft = leftWidth + 4;
     const int cellGap = wide ? 10 : 6;

@@ -15,6 +15,8 @@
 
 #include <memory>
 
+class QPainter;
+
 class QLineEdit;
 
 namespace vx_ws {
@@ -53,6 +55,10 @@ protected:
 private:
     void CommitCodeEditor(const QString& text);
     void CloseCodeEditor();
+    void PaintNotFoundHint(QPainter& p, int titleHeight);
+    void PaintTitle(QPainter& p, const StockHeaderView& view, int titleHeight);
+    int PaintPriceBlock(QPainter& p, const StockHeaderView& view, const QRect& body);
+    void PaintStatistics(QPainter& p, const StockHeaderView& view, const QRect& body, int leftWidth);
 
     struct Impl;
     std::unique_ptr<Impl> d;

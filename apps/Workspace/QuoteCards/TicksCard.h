@@ -9,6 +9,8 @@
 
 #include "UIFrame/CardTypes.h"
 
+class QPainter;
+
 namespace vx_ws {
 
 class CVXTicksCard : public TplVXWorkspaceCard<CVXTicksCard>
@@ -30,6 +32,12 @@ public:
 
 protected:
     void paintEvent(QPaintEvent* event) override;
+
+private:
+    struct Columns;
+    void PaintHeader(QPainter& p, const Columns& columns, const QFont& font);
+    void PaintTick(QPainter& p, const Columns& columns, int top, const vx_md::Tick& tick,
+                   const vx_md::SecurityInfo& info, const QFont& font);
 };
 
 } // namespace vx_ws

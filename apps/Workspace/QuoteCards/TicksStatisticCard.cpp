@@ -194,47 +194,100 @@ void CVXTicksStatisticCard::wheelEvent(QWheelEvent* event)
     update();
 }
 
+// What every step of one paint shares: fonts, colours and the columns of the ladder.
+struct CVXTicksStatisticCard::PaintKit
+{
+    QFont small;
+    QFont number;
+    QFontMetrics fm;
+    QColor textPrimary = ThemeColor("ct_text_primary");
+    QColor textSecondary = ThemeColor("ct_text_secondary");
+    QColor buyColor = ThemeColor("ct_buy");
+    QColor sellColor = ThemeColor("ct_sell");
+    QColor neutralColor;
+
+    // Buy and sell volumes get a column each when the card is wide enough, else one for both.
+    bool split = false;
+    QRect priceCol;
+    QRect firstVolume;
+    QRect secondVolume;
+    int shareWidth = 0;
+    int barLeft = 0;
+    int barRight = 0;
+
+    PaintKit(const QFont& base, int cardWidth)
+        : small(PixelFont(base, 11)), number(PixelFont(base, 12)), fm(small)
+    {
+        neutralColor = ThemeColor("ct_flat");
+        neutralColor.setAlpha(140);
+        split = cardWidth >= kSplitColumnsWidth;
+        const int priceWidth = QFontMetrics(number).horizontalAdvance(QStringLiteral("0000.00")) + 4;
+        const int volumeWidth = QFontMetrics(number).horizontalAdvance(QStringLiteral("00.00M")) + 8;
+        shareWidth = fm.horizontalAdvance(QStringLiteral("100.0%")) + 4;
+        priceCol = QRect(kMargin, 0, priceWidth, 0);
+        firstVolume = QRect(priceCol.right() + 1, 0, volumeWidth, 0);
+        secondVolume = QRect(firstVolume.right() + 1, 0, split ? volumeWidth : 0, 0);
+        barLeft = (split ? secondVolume.right() : firstVolume.right()) + 10;
+        barRight = cardWidth - kMargin - shareWidth - 4;
+    }
+
+    static QRect Cell(const QRect& column, int top)
+    {
+        return QRect(column.left(), top, column.width(), kRowHeight);
+    }
+};
+
 void CVXTicksStatisticCard::paintEvent(QPaintEvent* /*event*/)
 {
     QPainter p(this);
     p.fillRect(rect(), ThemeColor("ct_bg_primary"));
-    const QFont small = PixelFont(font(), 11);
-    const QFont number = PixelFont(font(), 12);
-    const QFontMetrics fm(small);
-    const QColor textPrimary = ThemeColor("ct_text_primary");
-    const QColor textSecondary = ThemeColor("ct_text_secondary");
-    const QColor buyColor = ThemeColor("ct_buy");
-    const QColor sellColor = ThemeColor("ct_sell");
-    QColor neutralColor = ThemeColor("ct_flat");
-    neutralColor.setAlpha(140);
-    p.setFont(small);
+    const PaintKit kit(font(), width());
+    p.setFont(kit.small);
 
     if (!d->hasSecurity) {
-        p.setPen(textSecondary);
+        p.setPen(kit.textSecondary);
         p.drawText(rect(), Qt::AlignCenter, core::langx::tr(970110, "暂无数据"));
         return;
     }
+    PaintTotals(p, kit);
+    PaintColumnHeader(p, kit);
     const TickStatistic& stat = d->stat;
+    if (stat.levels.empty()) {
+        p.setPen(kit.textSecondary);
+        p.drawText(rect().adjusted(0, kTotalsHeight + kHeaderHeight, 0, 0), Qt::AlignCenter,
+                   core::langx::tr(970110, "暂无数据"));
+        return;
+    }
+    // Bars are scaled to the busiest level so the ladder uses the room it has.
+    const double busiestShare = stat.ShareOf(stat.levels[stat.busiestLevel]);
+    const int end = std::min(static_cast<int>(stat.levels.size()), d->first + RowCapacity());
+    for (int i = d->first; i < end; ++i)
+        PaintLevelRow(p, kit, i, kTotalsHeight + kHeaderHeight + (i - d->first) * kRowHeight, busiestShare);
+}
 
-    // Totals: shares by side, the sort toggle, and one bar of the whole day's split.
+// Shares by side, the sort toggle, and one bar of the whole day's split.
+void CVXTicksStatisticCard::PaintTotals(QPainter& p, const PaintKit& kit)
+{
+    const TickStatistic& stat = d->stat;
     int x = kMargin;
     auto share = [&](const QString& label, double value, const QColor& color) {
         const QString text = label + QLatin1Char(' ') + ShareText(value);
         p.setPen(color);
-        p.drawText(QRect(x, 3, fm.horizontalAdvance(text) + 2, 18), Qt::AlignLeft | Qt::AlignVCenter, text);
-        x += fm.horizontalAdvance(text) + 10;
+        p.drawText(QRect(x, 3, kit.fm.horizontalAdvance(text) + 2, 18), Qt::AlignLeft | Qt::AlignVCenter,
+                   text);
+        x += kit.fm.horizontalAdvance(text) + 10;
     };
-    share(core::langx::tr(970119, "买"), stat.BuyShare(), buyColor);
-    share(core::langx::tr(970120, "卖"), stat.SellShare(), sellColor);
+    share(core::langx::tr(970119, "买"), stat.BuyShare(), kit.buyColor);
+    share(core::langx::tr(970120, "卖"), stat.SellShare(), kit.sellColor);
     const QRect toggle = SortToggleRect();
-    if (x + fm.horizontalAdvance(QStringLiteral("中性 00.0%")) < toggle.left())
-        share(core::langx::tr(970121, "中性"), stat.NeutralShare(), textSecondary);
+    if (x + kit.fm.horizontalAdvance(QStringLiteral("中性 00.0%")) < toggle.left())
+        share(core::langx::tr(970121, "中性"), stat.NeutralShare(), kit.textSecondary);
     p.setRenderHint(QPainter::Antialiasing, true);
     p.setPen(ThemeColor("ct_border"));
     p.setBrush(ThemeColor("ct_bg_secondary"));
     p.drawRoundedRect(QRectF(toggle).adjusted(0.5, 0.5, -0.5, -0.5), 3, 3);
     p.setRenderHint(QPainter::Antialiasing, false);
-    p.setPen(textPrimary);
+    p.setPen(kit.textPrimary);
     p.drawText(toggle, Qt::AlignCenter,
                (d->sort == EnTickStatSort::ByPrice ? core::langx::tr(970122, "按价格")
                                                    : core::langx::tr(970123, "按成交量")) +
@@ -243,97 +296,84 @@ void CVXTicksStatisticCard::paintEvent(QPaintEvent* /*event*/)
     if (stat.Total() > 0) {
         const int buyWidth = qRound(totalBar.width() * stat.BuyShare());
         const int neutralWidth = qRound(totalBar.width() * stat.NeutralShare());
-        p.fillRect(QRect(totalBar.left(), totalBar.top(), buyWidth, totalBar.height()), buyColor);
+        p.fillRect(QRect(totalBar.left(), totalBar.top(), buyWidth, totalBar.height()), kit.buyColor);
         p.fillRect(QRect(totalBar.left() + buyWidth, totalBar.top(), neutralWidth, totalBar.height()),
-                   neutralColor);
+                   kit.neutralColor);
         p.fillRect(QRect(totalBar.left() + buyWidth + neutralWidth, totalBar.top(),
                          totalBar.width() - buyWidth - neutralWidth, totalBar.height()),
-                   sellColor);
+                   kit.sellColor);
     } else {
         p.fillRect(totalBar, ThemeColor("ct_bg_tertiary"));
     }
+}
 
-    // Columns.
-    const bool split = width() >= kSplitColumnsWidth;
-    const int priceWidth = QFontMetrics(number).horizontalAdvance(QStringLiteral("0000.00")) + 4;
-    const int volumeWidth = QFontMetrics(number).horizontalAdvance(QStringLiteral("00.00M")) + 8;
-    const int shareWidth = fm.horizontalAdvance(QStringLiteral("100.0%")) + 4;
-    const QRect priceCol(kMargin, 0, priceWidth, 0);
-    const QRect firstVolume(priceCol.right() + 1, 0, volumeWidth, 0);
-    const QRect secondVolume(firstVolume.right() + 1, 0, split ? volumeWidth : 0, 0);
-    const int barLeft = (split ? secondVolume.right() : firstVolume.right()) + 10;
-    const int barRight = width() - kMargin - shareWidth - 4;
-    auto cell = [](const QRect& column, int top) {
-        return QRect(column.left(), top, column.width(), kRowHeight);
-    };
-
+void CVXTicksStatisticCard::PaintColumnHeader(QPainter& p, const PaintKit& kit)
+{
     const int headerTop = kTotalsHeight;
-    p.setPen(textSecondary);
-    p.drawText(cell(priceCol, headerTop), Qt::AlignLeft | Qt::AlignVCenter, core::langx::tr(970117, "价格"));
-    if (split) {
-        p.drawText(cell(firstVolume, headerTop), Qt::AlignRight | Qt::AlignVCenter,
+    p.setPen(kit.textSecondary);
+    p.drawText(PaintKit::Cell(kit.priceCol, headerTop), Qt::AlignLeft | Qt::AlignVCenter,
+               core::langx::tr(970117, "价格"));
+    if (kit.split) {
+        p.drawText(PaintKit::Cell(kit.firstVolume, headerTop), Qt::AlignRight | Qt::AlignVCenter,
                    core::langx::tr(970119, "买"));
-        p.drawText(cell(secondVolume, headerTop), Qt::AlignRight | Qt::AlignVCenter,
+        p.drawText(PaintKit::Cell(kit.secondVolume, headerTop), Qt::AlignRight | Qt::AlignVCenter,
                    core::langx::tr(970120, "卖"));
     } else {
-        p.drawText(cell(firstVolume, headerTop), Qt::AlignRight | Qt::AlignVCenter,
-                   fm.elidedText(core::langx::tr(970118, "成交量"), Qt::ElideRight, firstVolume.width() - 4));
+        p.drawText(PaintKit::Cell(kit.firstVolume, headerTop), Qt::AlignRight | Qt::AlignVCenter,
+                   kit.fm.elidedText(core::langx::tr(970118, "成交量"), Qt::ElideRight,
+                                     kit.firstVolume.width() - 4));
     }
-    p.drawText(QRect(barLeft, headerTop, width() - kMargin - barLeft, kRowHeight),
+    p.drawText(QRect(kit.barLeft, headerTop, width() - kMargin - kit.barLeft, kRowHeight),
                Qt::AlignRight | Qt::AlignVCenter, core::langx::tr(970124, "占比"));
     p.setPen(ThemeColor("ct_divider"));
     p.drawLine(0, headerTop + kHeaderHeight - 1, width(), headerTop + kHeaderHeight - 1);
+}
 
-    if (stat.levels.empty()) {
-        p.setPen(textSecondary);
-        p.drawText(rect().adjusted(0, headerTop + kHeaderHeight, 0, 0), Qt::AlignCenter,
-                   core::langx::tr(970110, "暂无数据"));
-        return;
+// One price level at `top`: price, volumes, its bar split by side and its share of the day.
+void CVXTicksStatisticCard::PaintLevelRow(QPainter& p, const PaintKit& kit, int index, int top,
+                                          double busiestShare)
+{
+    const TickStatistic& stat = d->stat;
+    const PriceVolumeLevel& level = stat.levels[index];
+    const bool busiest = index == stat.busiestLevel;
+    if (busiest) {
+        p.fillRect(QRect(0, top, width(), kRowHeight), ThemeColor("ct_hover"));
+        p.fillRect(QRect(0, top + 3, 3, kRowHeight - 6), ThemeColor("ct_selected"));
     }
-
-    // Bars are scaled to the busiest level so the ladder uses the room it has.
-    const double busiestShare = stat.ShareOf(stat.levels[stat.busiestLevel]);
-    const int end = std::min(static_cast<int>(stat.levels.size()), d->first + RowCapacity());
-    for (int i = d->first; i < end; ++i) {
-        const PriceVolumeLevel& level = stat.levels[i];
-        const int top = headerTop + kHeaderHeight + (i - d->first) * kRowHeight;
-        const bool busiest = i == stat.busiestLevel;
-        if (busiest) {
-            p.fillRect(QRect(0, top, width(), kRowHeight), ThemeColor("ct_hover"));
-            p.fillRect(QRect(0, top + 3, 3, kRowHeight - 6), ThemeColor("ct_selected"));
-        }
-        p.setFont(PixelFont(font(), 12, busiest));
-        p.setPen(ChangeColor(level.price - d->prevClose));
-        p.drawText(cell(priceCol, top), Qt::AlignLeft | Qt::AlignVCenter,
-                   FormatPrice(level.price, d->tickSize));
-        p.setFont(number);
-        if (split) {
-            p.setPen(buyColor);
-            p.drawText(cell(firstVolume, top), Qt::AlignRight | Qt::AlignVCenter, FormatVolume(level.buy));
-            p.setPen(sellColor);
-            p.drawText(cell(secondVolume, top), Qt::AlignRight | Qt::AlignVCenter, FormatVolume(level.sell));
-        } else {
-            p.setPen(textPrimary);
-            p.drawText(cell(firstVolume, top), Qt::AlignRight | Qt::AlignVCenter,
-                       FormatVolume(level.Total()));
-        }
-        const double levelShare = stat.ShareOf(level);
-        const int barWidth = busiestShare > 0 ? qRound((barRight - barLeft) * levelShare / busiestShare) : 0;
-        if (barWidth > 0 && level.Total() > 0) {
-            const int buyWidth = qRound(barWidth * static_cast<double>(level.buy) / level.Total());
-            const int neutralWidth = qRound(barWidth * static_cast<double>(level.neutral) / level.Total());
-            const QRect bar(barLeft, top + 5, barWidth, kRowHeight - 10);
-            p.fillRect(QRect(bar.left(), bar.top(), buyWidth, bar.height()), buyColor);
-            p.fillRect(QRect(bar.left() + buyWidth, bar.top(), neutralWidth, bar.height()), neutralColor);
-            p.fillRect(QRect(bar.left() + buyWidth + neutralWidth, bar.top(),
-                             barWidth - buyWidth - neutralWidth, bar.height()),
-                       sellColor);
-        }
-        p.setFont(small);
-        p.setPen(textSecondary);
-        p.drawText(QRect(barRight + 4, top, shareWidth, kRowHeight), Qt::AlignRight | Qt::AlignVCenter,
-                   ShareText(levelShare));
+    p.setFont(PixelFont(font(), 12, busiest));
+    p.setPen(ChangeColor(level.price - d->prevClose));
+    p.drawText(PaintKit::Cell(kit.priceCol, top), Qt::AlignLeft | Qt::AlignVCenter,
+               FormatPrice(level.price, d->tickSize));
+    p.setFont(kit.number);
+    if (kit.split) {
+        p.setPen(kit.buyColor);
+        p.drawText(PaintKit::Cell(kit.firstVolume, top), Qt::AlignRight | Qt::AlignVCenter,
+                   FormatVolume(level.buy));
+        p.setPen(kit.sellColor);
+        p.drawText(PaintKit::Cell(kit.secondVolume, top), Qt::AlignRight | Qt::AlignVCenter,
+                   FormatVolume(level.sell));
+    } else {
+        p.setPen(kit.textPrimary);
+        p.drawText(PaintKit::Cell(kit.firstVolume, top), Qt::AlignRight | Qt::AlignVCenter,
+                   FormatVolume(level.Total()));
     }
+    const double levelShare = stat.ShareOf(level);
+    const int barWidth =
+        busiestShare > 0 ? qRound((kit.barRight - kit.barLeft) * levelShare / busiestShare) : 0;
+    if (barWidth > 0 && level.Total() > 0) {
+        const int buyWidth = qRound(barWidth * static_cast<double>(level.buy) / level.Total());
+        const int neutralWidth = qRound(barWidth * static_cast<double>(level.neutral) / level.Total());
+        const QRect bar(kit.barLeft, top + 5, barWidth, kRowHeight - 10);
+        p.fillRect(QRect(bar.left(), bar.top(), buyWidth, bar.height()), kit.buyColor);
+        p.fillRect(QRect(bar.left() + buyWidth, bar.top(), neutralWidth, bar.height()), kit.neutralColor);
+        p.fillRect(QRect(bar.left() + buyWidth + neutralWidth, bar.top(), barWidth - buyWidth - neutralWidth,
+                         bar.height()),
+                   kit.sellColor);
+    }
+    p.setFont(kit.small);
+    p.setPen(kit.textSecondary);
+    p.drawText(QRect(kit.barRight + 4, top, kit.shareWidth, kRowHeight), Qt::AlignRight | Qt::AlignVCenter,
+               ShareText(levelShare));
 }
 
 } // namespace vx_ws

@@ -14,6 +14,8 @@
 
 #include <memory>
 
+class QPainter;
+
 namespace vx_ws {
 
 class CVXTicksStatisticCard : public TplVXWorkspaceCard<CVXTicksStatisticCard>
@@ -53,6 +55,10 @@ protected:
 
 private:
     void Rebuild();
+    struct PaintKit;
+    void PaintTotals(QPainter& p, const PaintKit& kit);
+    void PaintColumnHeader(QPainter& p, const PaintKit& kit);
+    void PaintLevelRow(QPainter& p, const PaintKit& kit, int index, int top, double busiestShare);
 
     struct Impl;
     std::unique_ptr<Impl> d;

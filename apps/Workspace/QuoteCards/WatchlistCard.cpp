@@ -30,6 +30,11 @@ constexpr int kRowHeight = 22;
 constexpr int kMinNameWidth = 44;
 constexpr int kWheelRows = 3;
 
+Qt::Alignment ColumnAlignment(EnColumn column)
+{
+    return column == EnColumn::Code || column == EnColumn::Name ? Qt::AlignLeft : Qt::AlignRight;
+}
+
 QString ColumnTitle(EnColumn column)
 {
     switch (column) {
@@ -337,15 +342,26 @@ void CVXWatchlistCard::paintEvent(QPaintEvent* /*event*/)
     }
     QPainter painter(this);
     painter.fillRect(rect(), ThemeColor("ct_bg_primary"));
-    const QColor textPrimary = ThemeColor("ct_text_primary");
-    const QColor textSecondary = ThemeColor("ct_text_secondary");
-    const QColor divider = ThemeColor("ct_divider");
     const std::vector<ColumnSpan> columns = Columns();
-    const auto alignOf = [](EnColumn column) {
-        return column == EnColumn::Code || column == EnColumn::Name ? Qt::AlignLeft : Qt::AlignRight;
-    };
+    PaintHeader(painter, columns);
 
-    // Header.
+    const auto& rows = m_model.Rows();
+    if (rows.empty()) {
+        painter.setFont(font());
+        painter.setPen(ThemeColor("ct_text_secondary"));
+        painter.drawText(rect().adjusted(0, kHeaderHeight, 0, 0), Qt::AlignCenter,
+                         core::langx::tr(970220, "自选列表为空"));
+        return;
+    }
+    const int last = std::min(static_cast<int>(rows.size()), m_firstRow + VisibleRowCount());
+    for (int i = m_firstRow; i < last; ++i)
+        PaintRow(painter, columns, i);
+    PaintScrollIndicator(painter);
+}
+
+// Column titles; the sort column in the link colour with its direction.
+void CVXWatchlistCard::PaintHeader(QPainter& painter, const std::vector<ColumnSpan>& columns)
+{
     painter.fillRect(QRect(0, 0, width(), kHeaderHeight), ThemeColor("ct_bg_secondary"));
     painter.setFont(SmallerFont(font()));
     for (const ColumnSpan& c : columns) {
@@ -353,81 +369,80 @@ void CVXWatchlistCard::paintEvent(QPaintEvent* /*event*/)
         if (c.column == m_model.SortColumn())
             title += m_model.SortOrder() == CVXWatchlistModel::EnSortOrder::Descending ? QStringLiteral(" ▼")
                                                                                        : QStringLiteral(" ▲");
-        DrawCellText(painter, QRect(c.left, 0, c.width, kHeaderHeight), title, alignOf(c.column),
-                     c.column == m_model.SortColumn() ? ThemeColor("ct_link") : textSecondary);
+        DrawCellText(painter, QRect(c.left, 0, c.width, kHeaderHeight), title, ColumnAlignment(c.column),
+                     c.column == m_model.SortColumn() ? ThemeColor("ct_link")
+                                                      : ThemeColor("ct_text_secondary"));
     }
-    painter.fillRect(QRect(0, kHeaderHeight - 1, width(), 1), divider);
+    painter.fillRect(QRect(0, kHeaderHeight - 1, width(), 1), ThemeColor("ct_divider"));
+}
 
-    const auto& rows = m_model.Rows();
-    if (rows.empty()) {
-        painter.setFont(font());
-        painter.setPen(textSecondary);
-        painter.drawText(rect().adjusted(0, kHeaderHeight, 0, 0), Qt::AlignCenter,
-                         core::langx::tr(970220, "自选列表为空"));
-        return;
+// One security: the shown one marked, the hovered one tinted, a divider under it.
+void CVXWatchlistCard::PaintRow(QPainter& painter, const std::vector<ColumnSpan>& columns, int index)
+{
+    const CVXWatchlistModel::Row& row = m_model.Rows()[index];
+    const QRect r = RowRect(index);
+    if (row.id == ShownStockID()) {
+        painter.fillRect(r, WithAlpha(ThemeColor("ct_selected"), 40));
+        painter.fillRect(QRect(r.left(), r.top(), 2, r.height()), ThemeColor("ct_selected"));
+    } else if (index == m_hoverRow) {
+        painter.fillRect(r, ThemeColor("ct_hover"));
     }
+    for (const ColumnSpan& c : columns)
+        PaintCell(painter, row, QRect(c.left, r.top(), c.width, r.height()), c.column);
+    painter.fillRect(QRect(r.left(), r.bottom(), r.width(), 1), WithAlpha(ThemeColor("ct_divider"), 160));
+}
 
-    const unsigned long shown = ShownStockID();
-    const QFont rowFont = font();
-    const QFont nameFont = SmallerFont(font());
-    const int last = std::min(static_cast<int>(rows.size()), m_firstRow + VisibleRowCount());
-    for (int i = m_firstRow; i < last; ++i) {
-        const CVXWatchlistModel::Row& row = rows[i];
-        const QRect r = RowRect(i);
-        if (row.id == shown) {
-            painter.fillRect(r, WithAlpha(ThemeColor("ct_selected"), 40));
-            painter.fillRect(QRect(r.left(), r.top(), 2, r.height()), ThemeColor("ct_selected"));
-        } else if (i == m_hoverRow) {
-            painter.fillRect(r, ThemeColor("ct_hover"));
+// "--" for a security the feed does not know (only its id is shown).
+void CVXWatchlistCard::PaintCell(QPainter& painter, const CVXWatchlistModel::Row& row, const QRect& cell,
+                                 EnColumn column)
+{
+    const QColor textSecondary = ThemeColor("ct_text_secondary");
+    const double change = row.last - row.prevClose;
+    const QColor changeColor = row.known ? ChangeColor(change) : textSecondary;
+    QString text = QStringLiteral("--");
+    QColor color = ThemeColor("ct_text_primary");
+    painter.setFont(font());
+    switch (column) {
+    case EnColumn::Code:
+        text = row.known ? row.code : QString::number(row.id);
+        break;
+    case EnColumn::Name:
+        painter.setFont(SmallerFont(font()));
+        color = textSecondary;
+        if (row.known)
+            text = row.name;
+        break;
+    case EnColumn::Last:
+        color = changeColor;
+        if (row.known)
+            text = FormatPrice(row.last, row.tickSize);
+        break;
+    case EnColumn::ChangePercent:
+        color = changeColor;
+        if (row.known) {
+            text = FormatPercent(row.changeRatio);
+            // A tinted tag behind the change, the column the eye scans for movers.
+            const int tagWidth = painter.fontMetrics().horizontalAdvance(text) + 8;
+            const QRect tag(cell.right() - tagWidth - 1, cell.top() + 3, tagWidth, cell.height() - 6);
+            if (change != 0)
+                painter.fillRect(tag, WithAlpha(changeColor, 30));
         }
-        const double change = row.last - row.prevClose;
-        const QColor changeColor = row.known ? ChangeColor(change) : textSecondary;
-        for (const ColumnSpan& c : columns) {
-            const QRect cell(c.left, r.top(), c.width, r.height());
-            QString text = QStringLiteral("--");
-            QColor color = textPrimary;
-            painter.setFont(rowFont);
-            switch (c.column) {
-            case EnColumn::Code:
-                text = row.known ? row.code : QString::number(row.id);
-                break;
-            case EnColumn::Name:
-                painter.setFont(nameFont);
-                color = textSecondary;
-                if (row.known)
-                    text = row.name;
-                break;
-            case EnColumn::Last:
-                color = changeColor;
-                if (row.known)
-                    text = FormatPrice(row.last, row.tickSize);
-                break;
-            case EnColumn::ChangePercent:
-                color = changeColor;
-                if (row.known) {
-                    text = FormatPercent(row.changeRatio);
-                    // A tinted tag behind the change, the column the eye scans for movers.
-                    const int tagWidth = painter.fontMetrics().horizontalAdvance(text) + 8;
-                    const QRect tag(cell.right() - tagWidth - 1, cell.top() + 3, tagWidth, cell.height() - 6);
-                    if (change != 0)
-                        painter.fillRect(tag, WithAlpha(changeColor, 30));
-                }
-                break;
-            case EnColumn::Volume:
-                if (row.known)
-                    text = FormatVolume(row.volume);
-                break;
-            case EnColumn::None:
-                break;
-            }
-            DrawCellText(painter, cell, text, alignOf(c.column), color);
-        }
-        painter.fillRect(QRect(r.left(), r.bottom(), r.width(), 1), WithAlpha(divider, 160));
+        break;
+    case EnColumn::Volume:
+        if (row.known)
+            text = FormatVolume(row.volume);
+        break;
+    case EnColumn::None:
+        break;
     }
+    DrawCellText(painter, cell, text, ColumnAlignment(column), color);
+}
 
-    // Where the list goes on: a thin scroll indicator on the right edge.
+// Where the list goes on: a thin scroll indicator on the right edge.
+void CVXWatchlistCard::PaintScrollIndicator(QPainter& painter)
+{
     const int visible = VisibleRowCount();
-    const int total = static_cast<int>(rows.size());
+    const int total = static_cast<int>(m_model.Rows().size());
     if (total > visible && visible > 0) {
         const int trackHeight = height() - kHeaderHeight;
         const int thumbHeight = std::max(16, trackHeight * visible / total);

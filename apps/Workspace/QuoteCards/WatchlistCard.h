@@ -14,6 +14,8 @@
 
 #include <QRect>
 
+class QPainter;
+
 namespace vx_std_ui {
 class VMenu;
 }
@@ -75,6 +77,11 @@ private:
     void ScrollTo(int firstRow);
     void EnsureRowVisible(int row);
     void ListChanged();
+    void PaintHeader(QPainter& painter, const std::vector<ColumnSpan>& columns);
+    void PaintRow(QPainter& painter, const std::vector<ColumnSpan>& columns, int index);
+    void PaintCell(QPainter& painter, const CVXWatchlistModel::Row& row, const QRect& cell,
+                   CVXWatchlistModel::EnColumn column);
+    void PaintScrollIndicator(QPainter& painter);
 
     CVXWatchlistModel m_model;
     int m_firstRow = 0;

@@ -126,37 +126,48 @@ void CVXAccInfoCard::paintEvent(QPaintEvent* /*event*/)
     PostRefreshIfStale();
     QPainter painter(this);
     painter.fillRect(rect(), ThemeColor("ct_bg_primary"));
-    const QColor primary = ThemeColor("ct_text_primary");
-    const QColor secondary = ThemeColor("ct_text_secondary");
     const QFont base = font();
-
-    // Account kind tag at the right of the selector strip.
     QFont small = base;
     if (base.pixelSize() > 0)
         small.setPixelSize(std::max(9, base.pixelSize() - 1));
     else
         small.setPointSizeF(std::max(7.0, base.pointSizeF() - 0.75));
-    if (m_bHasAccount) {
-        painter.setFont(small);
-        const QString tag =
-            m_bMargin ? core::langx::tr(970451, "保证金账户") : core::langx::tr(970452, "现金账户");
-        const int tagWidth = QFontMetrics(small).horizontalAdvance(tag) + 12;
-        const QRect tagRect(width() - kMargin - tagWidth, (kTopStrip - 18) / 2, tagWidth, 18);
-        if (tagRect.left() > AccountSelector()->geometry().right() + 4) {
-            painter.setRenderHint(QPainter::Antialiasing);
-            painter.setPen(Qt::NoPen);
-            painter.setBrush(ThemeColor("ct_bg_tertiary"));
-            painter.drawRoundedRect(QRectF(tagRect), 3, 3);
-            painter.setRenderHint(QPainter::Antialiasing, false);
-            painter.setPen(secondary);
-            painter.drawText(tagRect, Qt::AlignCenter, tag);
-        }
-    }
 
-    // Total assets.
-    int y = kTopStrip + 4;
+    if (m_bHasAccount)
+        PaintAccountKind(painter, small);
+    const int gridTop = PaintTotalAssets(painter, small, kTopStrip + 4);
+    const bool showBar = height() >= 190;
+    const int barHeight = showBar ? 30 : 0;
+    PaintFieldGrid(painter, small, gridTop, barHeight);
+    if (showBar)
+        PaintBar(painter, QRect(kMargin, height() - barHeight - 2, width() - 2 * kMargin, barHeight));
+}
+
+// The account kind as a tag at the right of the selector strip, when the selector leaves room.
+void CVXAccInfoCard::PaintAccountKind(QPainter& painter, const QFont& small)
+{
     painter.setFont(small);
-    painter.setPen(secondary);
+    const QString tag =
+        m_bMargin ? core::langx::tr(970451, "保证金账户") : core::langx::tr(970452, "现金账户");
+    const int tagWidth = QFontMetrics(small).horizontalAdvance(tag) + 12;
+    const QRect tagRect(width() - kMargin - tagWidth, (kTopStrip - 18) / 2, tagWidth, 18);
+    if (tagRect.left() > AccountSelector()->geometry().right() + 4) {
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(ThemeColor("ct_bg_tertiary"));
+        painter.drawRoundedRect(QRectF(tagRect), 3, 3);
+        painter.setRenderHint(QPainter::Antialiasing, false);
+        painter.setPen(ThemeColor("ct_text_secondary"));
+        painter.drawText(tagRect, Qt::AlignCenter, tag);
+    }
+}
+
+// The total assets label and the large number under it, from `top`; returns the y below them.
+int CVXAccInfoCard::PaintTotalAssets(QPainter& painter, const QFont& small, int top)
+{
+    int y = top;
+    painter.setFont(small);
+    painter.setPen(ThemeColor("ct_text_secondary"));
     const QFontMetrics smallMetrics(small);
     QString totalLabel = core::langx::tr(970439, "总资产");
     if (!m_currency.isEmpty())
@@ -164,20 +175,25 @@ void CVXAccInfoCard::paintEvent(QPaintEvent* /*event*/)
     painter.drawText(QRect(kMargin, y, width() - 2 * kMargin, smallMetrics.height()),
                      Qt::AlignLeft | Qt::AlignVCenter, totalLabel);
     y += smallMetrics.height() + 2;
-    QFont large = base;
+    QFont large = font();
     large.setPixelSize(std::clamp(height() / 9, 18, 28));
     large.setBold(true);
     painter.setFont(large);
-    painter.setPen(primary);
+    painter.setPen(ThemeColor("ct_text_primary"));
     const QFontMetrics largeMetrics(large);
     painter.drawText(
         QRect(kMargin, y, width() - 2 * kMargin, largeMetrics.height()), Qt::AlignLeft | Qt::AlignVCenter,
         CVXTradeTableModel::Elide(largeMetrics, FieldText(EnField::TotalAssets), width() - 2 * kMargin));
-    y += largeMetrics.height() + 6;
+    return y + largeMetrics.height() + 6;
+}
 
-    // The grid: two columns when there is room for both numbers, else one.
-    const bool showBar = height() >= 190;
-    const int barHeight = showBar ? 30 : 0;
+// The grid: two columns when there is room for both numbers, else one; rows that would reach
+// into the bar are left out rather than overlap it.
+void CVXAccInfoCard::PaintFieldGrid(QPainter& painter, const QFont& small, int y, int barHeight)
+{
+    const QFont base = font();
+    const QColor primary = ThemeColor("ct_text_primary");
+    const QFontMetrics smallMetrics(small);
     const int columns = width() >= 260 ? 2 : 1;
     const int rows = (static_cast<int>(std::size(kGrid)) + columns - 1) / columns;
     const int rowHeight = std::max(smallMetrics.height() + QFontMetrics(base).height() + 2,
@@ -189,9 +205,9 @@ void CVXAccInfoCard::paintEvent(QPaintEvent* /*event*/)
         const int x = kMargin + (i % columns) * (columnWidth + 12);
         const int top = y + (i / columns) * rowHeight;
         if (top + smallMetrics.height() + valueMetrics.height() > height() - barHeight)
-            break; // too short for this row: leave it out rather than overlap the bar
+            break;
         painter.setFont(small);
-        painter.setPen(secondary);
+        painter.setPen(ThemeColor("ct_text_secondary"));
         painter.drawText(QRect(x, top, columnWidth, smallMetrics.height()), Qt::AlignLeft | Qt::AlignVCenter,
                          CVXTradeTableModel::Elide(
                              smallMetrics, core::langx::tr(entry.textId, entry.fallback), columnWidth));
@@ -206,9 +222,6 @@ void CVXAccInfoCard::paintEvent(QPaintEvent* /*event*/)
                          Qt::AlignLeft | Qt::AlignVCenter,
                          CVXTradeTableModel::Elide(valueMetrics, FieldText(entry.field), columnWidth));
     }
-
-    if (showBar)
-        PaintBar(painter, QRect(kMargin, height() - barHeight - 2, width() - 2 * kMargin, barHeight));
 }
 
 void CVXAccInfoCard::PaintBar(QPainter& painter, const QRect& area)

@@ -53,6 +53,9 @@ protected:
 private:
     void Reload(bool resubscribe);
     void PaintBar(QPainter& painter, const QRect& area);
+    void PaintAccountKind(QPainter& painter, const QFont& small);
+    int PaintTotalAssets(QPainter& painter, const QFont& small, int top);
+    void PaintFieldGrid(QPainter& painter, const QFont& small, int y, int barHeight);
 
     vx_trade::AccountSummary m_summary;
     bool m_bHasAccount = false;

@@ -308,7 +308,7 @@ void CVXBookTraderCard::PaintRows(QPainter& painter, const QRect& ladder)
 {
     vx_md::CVXSimMarketData* feed = MarketData();
     const unsigned long id = ShownStockID();
-    const vx_md::SecurityInfo info = feed->GetSecurity(id);
+    const double tickSize = feed->GetSecurity(id).tickSize;
     const double prevClose = feed->GetQuote(id).prevClose;
     const std::vector<BookTraderRow> rows = Rows();
     long long maxVolume = 1;
@@ -317,59 +317,13 @@ void CVXBookTraderCard::PaintRows(QPainter& painter, const QRect& ladder)
 
     painter.save();
     painter.setClipRect(ladder.adjusted(0, kHeaderHeight, 0, 0));
-    const QColor buy = ThemeColor("ct_buy");
-    const QColor sell = ThemeColor("ct_sell");
-    QFont bold = font();
-    bold.setBold(true);
-    auto cellRect = [&](Column column, int top) {
-        return QRect(ladder.left() + m_model.ColumnLeft(column), top, m_model.ColumnWidth(column),
-                     kRowHeight);
-    };
     for (std::size_t i = 0; i < rows.size(); ++i) {
-        const BookTraderRow& row = rows[i];
         const int top = ladder.top() + kHeaderHeight + static_cast<int>(i) * kRowHeight;
         const QRect line(ladder.left(), top, ladder.width(), kRowHeight);
         if (static_cast<int>(i) == m_nHoverRow)
             painter.fillRect(line, ThemeColor("ct_hover"));
-        // The bid and ask cells are where clicks trade: tinted by side, with a depth bar.
-        const QRect bid = cellRect(Column::Bid, top);
-        const QRect ask = cellRect(Column::Ask, top);
-        painter.fillRect(bid.adjusted(1, 0, -1, 0), WithAlpha(buy, 20));
-        painter.fillRect(ask.adjusted(1, 0, -1, 0), WithAlpha(sell, 20));
-        if (row.bidVolume > 0) {
-            const int bar = static_cast<int>(bid.width() * row.bidVolume / maxVolume);
-            painter.fillRect(QRect(bid.right() - bar, top + 2, bar, kRowHeight - 4), WithAlpha(buy, 60));
-            painter.setPen(ThemeColor("ct_text_primary"));
-            painter.drawText(bid.adjusted(2, 0, -4, 0), Qt::AlignRight | Qt::AlignVCenter,
-                             FormatVolume(row.bidVolume));
-        }
-        if (row.askVolume > 0) {
-            const int bar = static_cast<int>(ask.width() * row.askVolume / maxVolume);
-            painter.fillRect(QRect(ask.left(), top + 2, bar, kRowHeight - 4), WithAlpha(sell, 60));
-            painter.setPen(ThemeColor("ct_text_primary"));
-            painter.drawText(ask.adjusted(4, 0, -2, 0), Qt::AlignLeft | Qt::AlignVCenter,
-                             FormatVolume(row.askVolume));
-        }
-        const QRect price = cellRect(Column::Price, top);
-        if (row.isLast) {
-            painter.fillRect(price.adjusted(1, 1, -1, -1), WithAlpha(ThemeColor("ct_selected"), 40));
-            painter.setPen(ThemeColor("ct_selected"));
-            painter.drawRect(price.adjusted(1, 1, -2, -2));
-        }
-        painter.setFont(row.isLast ? bold : font());
-        painter.setPen(ChangeColor(row.price - prevClose));
-        painter.drawText(price, Qt::AlignCenter, FormatPrice(row.price, info.tickSize));
-        painter.setFont(bold);
-        if (row.ownBuy > 0) {
-            painter.setPen(buy);
-            painter.drawText(cellRect(Column::OwnBuy, top).adjusted(2, 0, -4, 0),
-                             Qt::AlignRight | Qt::AlignVCenter, FormatVolume(row.ownBuy));
-        }
-        if (row.ownSell > 0) {
-            painter.setPen(sell);
-            painter.drawText(cellRect(Column::OwnSell, top).adjusted(4, 0, -2, 0),
-                             Qt::AlignLeft | Qt::AlignVCenter, FormatVolume(row.ownSell));
-        }
+        PaintDepthCells(painter, ladder, rows[i], top, maxVolume);
+        PaintPriceAndOwnOrders(painter, ladder, rows[i], top, tickSize, prevClose);
         painter.setFont(font());
         painter.setPen(ThemeColor("ct_divider"));
         painter.drawLine(line.left(), line.bottom(), line.right(), line.bottom());
@@ -380,6 +334,66 @@ void CVXBookTraderCard::PaintRows(QPainter& painter, const QRect& ladder)
         painter.drawLine(x, ladder.top() + kHeaderHeight, x, ladder.bottom());
     }
     painter.restore();
+}
+
+QRect CVXBookTraderCard::CellRect(const QRect& ladder, CVXBookTraderModel::EnColumn column, int top) const
+{
+    return QRect(ladder.left() + m_model.ColumnLeft(column), top, m_model.ColumnWidth(column), kRowHeight);
+}
+
+// The bid and ask cells are where clicks trade: tinted by side, with a depth bar and the volume.
+void CVXBookTraderCard::PaintDepthCells(QPainter& painter, const QRect& ladder, const BookTraderRow& row,
+                                        int top, long long maxVolume)
+{
+    const QColor buy = ThemeColor("ct_buy");
+    const QColor sell = ThemeColor("ct_sell");
+    const QRect bid = CellRect(ladder, Column::Bid, top);
+    const QRect ask = CellRect(ladder, Column::Ask, top);
+    painter.fillRect(bid.adjusted(1, 0, -1, 0), WithAlpha(buy, 20));
+    painter.fillRect(ask.adjusted(1, 0, -1, 0), WithAlpha(sell, 20));
+    if (row.bidVolume > 0) {
+        const int bar = static_cast<int>(bid.width() * row.bidVolume / maxVolume);
+        painter.fillRect(QRect(bid.right() - bar, top + 2, bar, kRowHeight - 4), WithAlpha(buy, 60));
+        painter.setPen(ThemeColor("ct_text_primary"));
+        painter.drawText(bid.adjusted(2, 0, -4, 0), Qt::AlignRight | Qt::AlignVCenter,
+                         FormatVolume(row.bidVolume));
+    }
+    if (row.askVolume > 0) {
+        const int bar = static_cast<int>(ask.width() * row.askVolume / maxVolume);
+        painter.fillRect(QRect(ask.left(), top + 2, bar, kRowHeight - 4), WithAlpha(sell, 60));
+        painter.setPen(ThemeColor("ct_text_primary"));
+        painter.drawText(ask.adjusted(4, 0, -2, 0), Qt::AlignLeft | Qt::AlignVCenter,
+                         FormatVolume(row.askVolume));
+    }
+}
+
+// The price (the last price's row framed) and the account's working quantities beside it.
+void CVXBookTraderCard::PaintPriceAndOwnOrders(QPainter& painter, const QRect& ladder,
+                                               const BookTraderRow& row, int top, double tickSize,
+                                               double prevClose)
+{
+    QFont bold = font();
+    bold.setBold(true);
+    const QRect price = CellRect(ladder, Column::Price, top);
+    if (row.isLast) {
+        painter.fillRect(price.adjusted(1, 1, -1, -1), WithAlpha(ThemeColor("ct_selected"), 40));
+        painter.setPen(ThemeColor("ct_selected"));
+        painter.drawRect(price.adjusted(1, 1, -2, -2));
+    }
+    painter.setFont(row.isLast ? bold : font());
+    painter.setPen(ChangeColor(row.price - prevClose));
+    painter.drawText(price, Qt::AlignCenter, FormatPrice(row.price, tickSize));
+    painter.setFont(bold);
+    if (row.ownBuy > 0) {
+        painter.setPen(ThemeColor("ct_buy"));
+        painter.drawText(CellRect(ladder, Column::OwnBuy, top).adjusted(2, 0, -4, 0),
+                         Qt::AlignRight | Qt::AlignVCenter, FormatVolume(row.ownBuy));
+    }
+    if (row.ownSell > 0) {
+        painter.setPen(ThemeColor("ct_sell"));
+        painter.drawText(CellRect(ladder, Column::OwnSell, top).adjusted(4, 0, -2, 0),
+                         Qt::AlignLeft | Qt::AlignVCenter, FormatVolume(row.ownSell));
+    }
 }
 
 } // namespace vx_ws

@@ -60,6 +60,11 @@ private:
     void CancelAt(vx_trade::EnOrderSide side, long long ticks);
     void PaintHeader(QPainter& painter, const QRect& ladder);
     void PaintRows(QPainter& painter, const QRect& ladder);
+    QRect CellRect(const QRect& ladder, CVXBookTraderModel::EnColumn column, int top) const;
+    void PaintDepthCells(QPainter& painter, const QRect& ladder, const BookTraderRow& row, int top,
+                         long long maxVolume);
+    void PaintPriceAndOwnOrders(QPainter& painter, const QRect& ladder, const BookTraderRow& row, int top,
+                                double tickSize, double prevClose);
     int Lot() const;
 
     CVXBookTraderModel m_model;
