@@ -9,6 +9,8 @@
 #include "apps/Workspace/Cards/WorkspaceContext.h"
 #include "apps/Workspace/MarketData/SimMarketData.h"
 #include "apps/Workspace/Trade/SimTradeService.h"
+#include "apps/Workspace/TradeCards/ComboOptionPanelCard.h"
+#include "apps/Workspace/TradeCards/OrderTicketButton.h"
 
 #include "tests/common/TestSupport.h"
 #include "tests/workspace/WorkspaceTestSupport.h"
@@ -501,6 +503,60 @@ TEST_F(BuiltInLayoutsTest, TheOptionsLayoutStartsWithABullCallSpreadOnItsUnderly
     const double spot = feed.GetSecurity(underlying).prevClose;
     EXPECT_LT(std::abs(options[0].strike - spot), spot * 0.03) << "bought at the money";
     EXPECT_GT(options[1].strike, options[0].strike);
+
+    // The trade boxes trade in the margin account, where a sold leg is allowed: a click on the
+    // panel's order button places the spread as it opened, one combo of both legs.
+    unsigned long long margin = 0;
+    for (const vx_trade::AccountInfo& account : broker.Accounts()) {
+        if (account.margin && margin == 0)
+            margin = account.id;
+    }
+    ASSERT_NE(margin, 0u);
+    ASSERT_NE(margin, broker.DefaultAccountID()) << "the default account is the one that refuses";
+    for (const char* type : {"TradePlaceOrderComboOptionPanel", "SecuritiesTradePosition"}) {
+        CVXPanelAtomizationBox* box = BoxWith(canvas, QString::fromLatin1(type));
+        ASSERT_NE(box, nullptr) << type;
+        EXPECT_EQ(vx_trade::CVXSimTradeService::AccountIDFromTree(box->GetAccountInfo()), margin) << type;
+    }
+    auto* card = qobject_cast<vx_ws::CVXComboOptionPanelCard*>(panel->GetCurrentCard());
+    ASSERT_NE(card, nullptr);
+    EXPECT_EQ(card->AccountID(), margin);
+    ASSERT_TRUE(card->PlaceButton()->isVisible());
+    ASSERT_TRUE(card->PlaceButton()->isEnabled());
+    std::set<unsigned long long> ordersBefore;
+    for (const vx_trade::Order& order : broker.Orders(margin))
+        ordersBefore.insert(order.orderId);
+    const std::size_t cashOrdersBefore = broker.Orders(broker.DefaultAccountID()).size();
+    std::vector<long long> heldBefore;
+    for (const vx_md::SecurityInfo& option : options)
+        heldBefore.push_back(broker.PositionQuantity(margin, option.id));
+    QTest::mouseClick(card->PlaceButton(), Qt::LeftButton);
+    QCoreApplication::processEvents();
+
+    std::map<unsigned long, vx_trade::Order> placed; // by option
+    for (const vx_trade::Order& order : broker.Orders(margin)) {
+        if (ordersBefore.count(order.orderId) == 0)
+            placed[order.stockId] = order;
+    }
+    ASSERT_EQ(placed.size(), 2u);
+    ASSERT_EQ(placed.count(options[0].id), 1u);
+    ASSERT_EQ(placed.count(options[1].id), 1u);
+    const vx_trade::Order& bought = placed[options[0].id];
+    const vx_trade::Order& sold = placed[options[1].id];
+    EXPECT_NE(bought.comboId, 0u);
+    EXPECT_EQ(bought.comboId, sold.comboId);
+    for (const vx_trade::Order& order : {bought, sold}) {
+        EXPECT_NE(order.status, vx_trade::EnOrderStatus::Rejected) << order.rejectReason;
+        EXPECT_EQ(order.quantity, 1);
+    }
+    EXPECT_EQ(bought.side, vx_trade::EnOrderSide::Buy);
+    EXPECT_EQ(sold.side, vx_trade::EnOrderSide::Sell);
+    EXPECT_EQ(broker.Orders(broker.DefaultAccountID()).size(), cashOrdersBefore);
+    EXPECT_FALSE(card->IsResultError()) << card->ResultText().toStdString();
+    EXPECT_FALSE(card->ResultText().isEmpty());
+    // The market fills at once at the best prices: one spread bought.
+    EXPECT_EQ(broker.PositionQuantity(margin, options[0].id), heldBefore[0] + 1);
+    EXPECT_EQ(broker.PositionQuantity(margin, options[1].id), heldBefore[1] - 1);
 }
 
 TEST_F(BuiltInLayoutsTest, WritingAgainGivesTheSameFilesAndPutsTheProcessBack)

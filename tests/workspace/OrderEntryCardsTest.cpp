@@ -2,7 +2,8 @@
 // with clicks and keys and placed; a refusal shown in the card; requests prefilling the ticket;
 // an account picked in one card reaching the other box of its linkage group on a canvas; price
 // ladder clicks placing and cancelling at the clicked price; an options strategy arriving by the
-// combo option event, edited and placed, and the option chain asked for through the canvas.
+// combo option event, edited and placed, and the option chain asked for through the canvas; both
+// tickets keep their rows together from their smallest size to a large one.
 
 #include "apps/Workspace/Cards/RegisterCards.h"
 #include "apps/Workspace/Trade/SimTradeService.h"
@@ -400,4 +401,73 @@ TEST_F(OrderEntryTest, AStrategyArrivesByTheComboEventAndIsPlacedAsOneComboOrder
     // "Option chain" goes up to the canvas, which hands the group's order panel the underlying.
     QTest::mouseClick(combo->OptionChainButton(), Qt::LeftButton);
     EXPECT_EQ(ticket->ShownStockID(), feed.GetSecurity(100000).underlyingId);
+}
+
+TEST_F(OrderEntryTest, TheTicketsKeepTheirRowsTogetherAndInsideTheCardAtEverySize)
+{
+    // Every child the user can reach lies inside the card, none over another.
+    auto expectTidy = [](QWidget* card) {
+        std::vector<QRect> taken;
+        for (QWidget* child : card->findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly)) {
+            if (!child->isVisible())
+                continue;
+            EXPECT_TRUE(card->rect().contains(child->geometry()))
+                << child->metaObject()->className() << " at " << child->x() << "," << child->y() << " "
+                << child->width() << "x" << child->height() << " in " << card->width() << "x"
+                << card->height();
+            for (const QRect& other : taken)
+                EXPECT_FALSE(other.intersects(child->geometry())) << child->metaObject()->className();
+            taken.push_back(child->geometry());
+        }
+    };
+
+    // The strategy ticket: the quantity is a compact box with its label outside it, the order
+    // button beside it on the same row, right under the legs; a taller card leaves its extra
+    // room below the rows instead of opening a gap between them.
+    auto combo = Show<CVXComboOptionPanelCard>(QSize(300, 260));
+    CVXVariantMapTree strategy;
+    strategy.Set<qulonglong>(QString::fromLatin1(keys::kUnderlyingID), 500);
+    strategy.Set<QVector<CVXVariantMapTree>>(QString::fromLatin1(keys::kLegs),
+                                             {Leg(100004, 1, 1), Leg(100006, 2, 1)});
+    combo->SetComboOptionInfo(strategy);
+    QSpinBox* quantity = combo->QuantityBox();
+    CVXOrderTicketButton* place = combo->PlaceButton();
+    EXPECT_EQ(quantity->text(), QStringLiteral("1"));
+    int orderRowTop = -1;
+    int quantityWidth = -1;
+    for (const QSize& size : {QSize(300, 260), QSize(548, 300), QSize(548, 640), QSize(800, 500)}) {
+        SCOPED_TRACE(std::to_string(size.width()) + "x" + std::to_string(size.height()));
+        combo->resize(size);
+        QApplication::processEvents();
+        expectTidy(combo.get());
+        EXPECT_EQ(place->geometry().top(), quantity->geometry().top());
+        EXPECT_GT(place->geometry().left(), quantity->geometry().right());
+        EXPECT_GE(place->width(), 100);
+        const int lastLegBottom = combo->SideButtons().back()->geometry().bottom();
+        EXPECT_LT(quantity->geometry().top() - lastLegBottom, 3 * quantity->height())
+            << "a gap between the legs and the order row";
+        if (orderRowTop < 0) {
+            orderRowTop = quantity->geometry().top();
+            quantityWidth = quantity->width();
+        }
+        EXPECT_EQ(quantity->geometry().top(), orderRowTop) << "the order row moved with the card's size";
+        EXPECT_EQ(quantity->width(), quantityWidth) << "the quantity box grew with the card";
+    }
+    // At the large size the order button still places the strategy (here refused: cash account).
+    QTest::mouseClick(place, Qt::LeftButton);
+    EXPECT_FALSE(combo->ResultText().isEmpty());
+
+    // The single-security ticket: Place follows the figures, however tall the card.
+    auto ticket = Show<CVXPlaceOrderSecuritiesPanelCard>(QSize(240, 380));
+    ticket->SetStockID(kStock);
+    const int placeTop = ticket->PlaceButton()->geometry().top();
+    EXPECT_GT(placeTop, ticket->QuantityBox()->geometry().bottom());
+    EXPECT_LT(placeTop - ticket->QuantityBox()->geometry().bottom(), 4 * ticket->QuantityBox()->height());
+    for (const QSize& size : {QSize(240, 380), QSize(240, 692), QSize(420, 900)}) {
+        SCOPED_TRACE(std::to_string(size.width()) + "x" + std::to_string(size.height()));
+        ticket->resize(size);
+        QApplication::processEvents();
+        expectTidy(ticket.get());
+        EXPECT_EQ(ticket->PlaceButton()->geometry().top(), placeTop);
+    }
 }

@@ -1,12 +1,17 @@
 // How the main window presents itself: the frame and page tab bars painted in the theme's
 // colours (row, current tab, hovered tab) and following a theme switch from the menu, the
-// --frame start option over the remembered frame, and built-in layouts found by their own
+// --frame start option over the remembered frame, the account frame switched as one page from its
+// single account picker, and built-in layouts found by their own
 // Chinese title while the program speaks English.
 
 #include "tests/workspace/ProgramTestSupport.h"
 
 #include "apps/Workspace/App/WorkspaceCardPage.h"
 #include "apps/Workspace/App/WorkspaceTabBar.h"
+#include "apps/Workspace/Trade/SimTradeService.h"
+#include "apps/Workspace/TradeCards/AccInfoCard.h"
+#include "apps/Workspace/TradeCards/AccountSelector.h"
+#include "apps/Workspace/TradeCards/PositionCard.h"
 
 #include "UIFrame/TabFrame/TabFrameBase.h"
 
@@ -115,6 +120,68 @@ TEST_F(ProgramLookTest, FrameOptionShowsThatFrameOverTheRememberedOne)
     EXPECT_FALSE(Window()->WatchListPage()->isVisible());
     // The edit actions stay off while the account frame is in front.
     EXPECT_FALSE(Window()->Action(ActionId::SaveLayout)->isEnabled());
+}
+
+TEST_F(ProgramLookTest, TheAccountFrameHasOneAccountPickerAndEveryCardFollowsIt)
+{
+    options.frame = TabFrameKey_Account;
+    StartApp();
+    vx_ws::CVXWorkspaceCardPage* page = Window()->AccountPage();
+    ASSERT_NE(page, nullptr);
+    vx_trade::CVXSimTradeService* service = app->TradeService();
+    ASSERT_NE(service, nullptr);
+    const unsigned long long first = service->DefaultAccountID();
+    unsigned long long other = 0;
+    for (const vx_trade::AccountInfo& account : service->Accounts()) {
+        if (account.id != first && other == 0)
+            other = account.id;
+    }
+    ASSERT_NE(other, 0u);
+
+    // One picker on the page, however many account cards it holds.
+    std::vector<vx_ws::CVXAccountCardBase*> cards;
+    int shownPickers = 0;
+    for (CVXCardObjBase* card : page->Cards()) {
+        auto* accountCard = qobject_cast<vx_ws::CVXAccountCardBase*>(card);
+        ASSERT_NE(accountCard, nullptr) << card->GetCardObjType().toStdString();
+        cards.push_back(accountCard);
+        if (accountCard->AccountSelector()->isVisible())
+            ++shownPickers;
+        EXPECT_EQ(accountCard->AccountID(), first) << card->GetCardObjType().toStdString();
+    }
+    ASSERT_EQ(cards.size(), 4u);
+    EXPECT_EQ(shownPickers, 1);
+    vx_ws::CVXAccountSelector* picker = page->AccountPicker();
+    ASSERT_NE(picker, nullptr);
+    ASSERT_TRUE(picker->isVisible());
+
+    // The other account picked once, with the mouse: every card of the page shows it.
+    QTest::mouseClick(picker, Qt::LeftButton, Qt::NoModifier, picker->rect().center());
+    vx_std_ui::VMenu* menu = picker->OpenMenu();
+    ASSERT_NE(menu, nullptr);
+    QAction* action = menu->findAction(QVariant::fromValue<qulonglong>(other));
+    ASSERT_NE(action, nullptr);
+    QTest::mouseClick(menu, Qt::LeftButton, Qt::NoModifier, menu->actionGeometry(action).center());
+    QCoreApplication::processEvents();
+    EXPECT_EQ(page->CurrentAccountID(), other);
+    for (vx_ws::CVXAccountCardBase* card : cards)
+        EXPECT_EQ(card->AccountID(), other) << card->GetCardObjType().toStdString();
+    EXPECT_EQ(picker->AccountID(), other);
+
+    // What the cards show is the other account's, read back against the broker.
+    auto* positions =
+        qobject_cast<vx_ws::CVXPositionCard*>(page->FindCard(QStringLiteral("SecuritiesTradePosition")));
+    auto* info = qobject_cast<vx_ws::CVXAccInfoCard*>(page->FindCard(QStringLiteral("SecuritiesAccInfo")));
+    ASSERT_TRUE(positions && info);
+    std::vector<unsigned long long> shown;
+    for (const vx_ws::PositionRow& row : positions->Rows())
+        shown.push_back(row.stockId);
+    std::vector<unsigned long long> held;
+    for (const vx_trade::Position& position : service->Positions(other))
+        held.push_back(position.stockId);
+    EXPECT_EQ(shown, held);
+    EXPECT_EQ(info->FieldText(vx_ws::CVXAccInfoCard::EnField::Cash),
+              vx_ws::CVXAccountCardBase::FormatMoney(service->Summary(other).cash));
 }
 
 TEST_F(ProgramLookTest, BuiltInLayoutsAreFoundByTheirOwnTitleInEitherLanguage)

@@ -1,5 +1,9 @@
 #include "apps/Workspace/App/WorkspaceCardPage.h"
 
+#include "apps/Workspace/Trade/SimTradeService.h"
+#include "apps/Workspace/TradeCards/AccountCardBase.h"
+#include "apps/Workspace/TradeCards/AccountSelector.h"
+
 #include "UIFrame/CardFactoryMgr.h"
 #include "UIFrame/CardObjBase.h"
 #include "UIFrame/TabFrame/TabFramePageFactory.h"
@@ -77,10 +81,13 @@ CVXWorkspaceCardPage::Node CVXWorkspaceCardPage::WatchListArrangement()
 
 CVXWorkspaceCardPage::Node CVXWorkspaceCardPage::AccountArrangement()
 {
-    return Split(Qt::Vertical,
-                 {Card("SecuritiesAccInfo"), Card("SecuritiesTradePosition"),
-                  Split(Qt::Horizontal, {Card("SecuritiesTradeOrders"), Card("TradeHistoryOrders")}, {1, 1})},
-                 {120, 300, 280});
+    // The positions table needs about half the width its nine columns got across the whole
+    // page; the order tables, with more columns, take the rest.
+    const Node left =
+        Split(Qt::Vertical, {Card("SecuritiesAccInfo"), Card("SecuritiesTradePosition")}, {230, 470});
+    const Node right =
+        Split(Qt::Vertical, {Card("SecuritiesTradeOrders"), Card("TradeHistoryOrders")}, {1, 1});
+    return Split(Qt::Horizontal, {left, right}, {560, 720});
 }
 
 void CVXWorkspaceCardPage::RegisterPageFactories()
@@ -112,6 +119,38 @@ void CVXWorkspaceCardPage::Init()
     box->setContentsMargins(0, 0, 0, 0);
     box->setSpacing(0);
     box->addWidget(Build(m_arrangement, this));
+    SetUpAccountPicker();
+}
+
+void CVXWorkspaceCardPage::SetUpAccountPicker()
+{
+    for (CVXCardObjBase* card : m_cards) {
+        auto* accountCard = qobject_cast<CVXAccountCardBase*>(card);
+        if (!accountCard)
+            continue;
+        if (!m_pAccountPicker) {
+            m_pAccountPicker = accountCard->AccountSelector();
+            connect(m_pAccountPicker, &CVXAccountSelector::AccountPicked, this,
+                    &CVXWorkspaceCardPage::ShowAccount);
+        } else {
+            accountCard->AccountSelector()->hide();
+        }
+    }
+}
+
+void CVXWorkspaceCardPage::ShowAccount(unsigned long long accountId)
+{
+    if (accountId == 0)
+        return;
+    m_accountId = accountId;
+    const CVXVariantMapTree info = vx_trade::CVXSimTradeService::MakeAccountTree(accountId);
+    for (CVXCardObjBase* card : m_cards)
+        card->SetAccountInfo(info);
+}
+
+void CVXWorkspaceCardPage::OnCardEventAccountInfoChanged(const CVXVariantMapTree& accountInfo)
+{
+    ShowAccount(vx_trade::CVXSimTradeService::AccountIDFromTree(accountInfo));
 }
 
 QWidget* CVXWorkspaceCardPage::Build(const Node& node, QWidget* parent)

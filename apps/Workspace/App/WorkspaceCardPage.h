@@ -5,6 +5,10 @@
 // another through the card events' dispatch (the frame passes a card's event on to its current
 // page); the page remembers the last security one of its cards picked, which is what it saves
 // and what a jump into the frame changes.
+//
+// A page of account cards reads as one account: the first card's account selector is the
+// page's picker (the others are hidden) and a pick there hands the account to every card of
+// the page, whichever splitter holds it.
 
 #include "UIFrame/TabFrame/TabFrameKey.h"
 #include "UIFrame/TabFrame/TabFramePageBase.h"
@@ -15,6 +19,10 @@
 
 class CVXCardObjBase;
 class QSplitter;
+
+namespace vx_ws {
+class CVXAccountSelector;
+}
 
 namespace vx_ws {
 
@@ -33,7 +41,8 @@ public:
 
     // The watch list on the left; quote header and chart over book and ticks on the right.
     static Node WatchListArrangement();
-    // Account summary over positions, then today's orders beside the order history.
+    // Account summary over positions on the left; today's orders over the order history on the
+    // right, where the wider tables have the room.
     static Node AccountArrangement();
     // Registers the page factories of the watch-list and account frames.
     static void RegisterPageFactories();
@@ -51,17 +60,27 @@ public:
     unsigned long long CurrentStockID() const { return m_stockId; }
     // Tells every card of the page (a jump into the frame, a restored state).
     void ShowStock(unsigned long long stockId);
+    // The page's account picker (null on a page without account cards) and the account it
+    // last handed the cards (0 before any pick).
+    CVXAccountSelector* AccountPicker() const { return m_pAccountPicker; }
+    unsigned long long CurrentAccountID() const { return m_accountId; }
+    // Tells every card of the page to show the account.
+    void ShowAccount(unsigned long long accountId);
 
 protected:
     void OnCardEventStockIDChanged(unsigned long long stockID) override;
+    void OnCardEventAccountInfoChanged(const CVXVariantMapTree& accountInfo) override;
 
 private:
     QWidget* Build(const Node& node, QWidget* parent);
+    void SetUpAccountPicker();
 
     EnVXTabFrameKey m_key;
     Node m_arrangement;
     QList<CVXCardObjBase*> m_cards;
     unsigned long long m_stockId = 0;
+    unsigned long long m_accountId = 0;
+    CVXAccountSelector* m_pAccountPicker = nullptr;
 };
 
 } // namespace vx_ws

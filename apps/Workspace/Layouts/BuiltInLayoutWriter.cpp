@@ -160,7 +160,7 @@ QString WriteLayout(const VXBuiltInLayout& layout, CVXTabWidgetRestore* tabs, co
     tabs->setCurrentIndex(index);
     QCoreApplication::processEvents();
 
-    FillBuiltInCanvas(layout, canvas, broker.DefaultAccountID());
+    FillBuiltInCanvas(layout, canvas, BuiltInLayoutAccountID(layout, broker));
     // Only what the cards subscribed moves: the market runs once every card is in place.
     for (int step = 0; step < kFeedSteps; ++step)
         feed.Step();

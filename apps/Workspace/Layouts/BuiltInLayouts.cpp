@@ -118,7 +118,8 @@ const QVector<VXBuiltInLayout>& BuiltInLayouts()
              Quote(4, 392, 700, 304, {KLine}),
              Trade(708, 4, 548, 300, {TradePlaceOrderComboOptionPanel}, kGroup, BullCallSpread()),
              Trade(708, 308, 548, 388, {SecuritiesTradePosition, SecuritiesTradeOrders}),
-         }},
+         },
+         true},
         // A Hong Kong stock: its book carries the broker queues.
         {970604,
          "市场概览",
@@ -176,6 +177,18 @@ CVXVariantMapTree BuiltInBoxRecord(const VXBuiltInLayout& layout, const VXBuiltI
     record.Set<QString>(QStringLiteral("strGroupID"), box.groupId);
     record.Set<QString>(QStringLiteral("strGroupColor"), QString());
     return record;
+}
+
+unsigned long long BuiltInLayoutAccountID(const VXBuiltInLayout& layout,
+                                          const vx_trade::CVXSimTradeService& broker)
+{
+    if (layout.marginAccount) {
+        for (const vx_trade::AccountInfo& account : broker.Accounts()) {
+            if (account.margin)
+                return account.id;
+        }
+    }
+    return broker.DefaultAccountID();
 }
 
 int FillBuiltInCanvas(const VXBuiltInLayout& layout, CVXPanelScrollView* canvas, unsigned long long accountId)

@@ -16,6 +16,10 @@
 
 class CVXPanelScrollView;
 
+namespace vx_trade {
+class CVXSimTradeService;
+}
+
 namespace vx_ws {
 
 struct VXBuiltInBox
@@ -40,6 +44,9 @@ struct VXBuiltInLayout
     // The security the linked boxes show when the layout is opened.
     unsigned long stockId = 0;
     QVector<VXBuiltInBox> boxes;
+    // The trade boxes take the broker's margin account rather than its default (cash) one: a
+    // strategy with sold legs is refused in a cash account.
+    bool marginAccount = false;
 };
 
 // The canvas the layouts are drawn for: the page of a 1280 x 800 main window.
@@ -52,6 +59,11 @@ const QVector<VXBuiltInLayout>& BuiltInLayouts();
 // leaves trade boxes without an account (their cards use the broker's default one).
 CVXVariantMapTree BuiltInBoxRecord(const VXBuiltInLayout& layout, const VXBuiltInBox& box,
                                    unsigned long long accountId);
+
+// The account the layout's trade boxes are given: the first margin account of `broker` when the
+// layout asks for one (the default account when the broker has none), else the default account.
+unsigned long long BuiltInLayoutAccountID(const VXBuiltInLayout& layout,
+                                          const vx_trade::CVXSimTradeService& broker);
 
 // Adds the layout's boxes to an empty canvas. A box whose card types all lack a factory is
 // skipped (logged by the canvas); a missing type among several only loses its tab. Returns the

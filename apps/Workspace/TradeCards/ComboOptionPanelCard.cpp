@@ -32,6 +32,10 @@ constexpr int kRatioWidth = 42;
 // Below this width for the option's name the theoretical price column is left out.
 constexpr int kMinNameWidth = 84;
 constexpr int kGap = 6;
+constexpr int kOrderHeight = 28;
+constexpr int kQuantityWidth = 96;
+constexpr int kMaxPlaceWidth = 220;
+constexpr int kMaxSelectorWidth = 260;
 const QString kQuantityKey = QStringLiteral("Quantity");
 
 QString SideText(EnOrderSide side)
@@ -55,7 +59,10 @@ struct CVXComboOptionPanelCard::Layout
     QRect header;
     int legsTop = 0;
     QRect net;
-    QRect order; // quantity box and Place
+    QRect order; // the row of the quantity and Place
+    QRect quantityLabel;
+    QRect quantity;
+    QRect place;
     QRect result;
     // Column edges of the leg table.
     int sideX = 0, nameX = 0, nameW = 0, ratioX = 0, theoX = 0, bidX = 0, askX = 0, numW = 0;
@@ -74,7 +81,6 @@ CVXComboOptionPanelCard::CVXComboOptionPanelCard(EnVXCardPos pos, QWidget* paren
     connect(m_pChain, &QAbstractButton::clicked, this, &CVXComboOptionPanelCard::OpenOptionChain);
     m_pQuantity = new QSpinBox(this);
     m_pQuantity->setRange(1, 100000);
-    m_pQuantity->setPrefix(core::langx::tr(970356, "数量 "));
     m_pQuantity->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     vx_ui_res::Provider::Instance().FollowTheme(m_pQuantity);
     connect(m_pQuantity, QOverload<int>::of(&QSpinBox::valueChanged), this, [this] { update(); });
@@ -238,14 +244,24 @@ CVXComboOptionPanelCard::Layout CVXComboOptionPanelCard::ComputeLayout() const
 {
     Layout l;
     const int w = width() - 2 * kMargin;
-    l.toolbar = QRect(kMargin, kMargin, w, kToolbarHeight);
-    l.underlying = QRect(kMargin, l.toolbar.bottom() + 1 + kGap, w, 20);
-    l.header = QRect(kMargin, l.underlying.bottom() + 1 + 4, w, 20);
-    l.legsTop = l.header.bottom() + 1 + 2;
+    int y = kMargin;
+    auto row = [&](int rowHeight, int gapAfter) {
+        const QRect r(kMargin, y, w, rowHeight);
+        y += rowHeight + gapAfter;
+        return r;
+    };
+    l.toolbar = row(kToolbarHeight, kGap + 2);
+    l.underlying = row(20, 4);
+    l.header = row(20, 2);
+    l.legsTop = y;
     const int legCount = static_cast<int>(m_model.Legs().size());
-    l.net = QRect(kMargin, l.legsTop + legCount * kLegHeight + kGap, w, 22);
-    l.result = QRect(kMargin, height() - kMargin - 20, w, 20);
-    l.order = QRect(kMargin, std::max(l.net.bottom() + 1 + kGap, l.result.top() - 4 - 30), w, 30);
+    y += legCount * kLegHeight + kGap + 2;
+    // The rows follow one another from the top; a taller card leaves its extra room below.
+    l.net = row(22, kGap + 2);
+    l.order = row(kOrderHeight, kGap);
+    l.result = row(20, 0);
+    if (legCount == 0)
+        l.result.moveTop(std::max(l.header.bottom() + 1, height() - kMargin - l.result.height()));
 
     l.numW = std::max(44, w * 14 / 100);
     l.sideX = kMargin;
@@ -260,6 +276,15 @@ CVXComboOptionPanelCard::Layout CVXComboOptionPanelCard::ComputeLayout() const
         l.ratioX = l.bidX - kGap - kRatioWidth;
         l.nameW = l.ratioX - kGap - l.nameX;
     }
+
+    // The order row: "Quantity" [box] on the left, the order button ending at the table's right
+    // edge, as wide as the room allows up to a ticket button's width.
+    const int labelWidth = fontMetrics().horizontalAdvance(core::langx::tr(970331, "数量")) + kGap;
+    l.quantityLabel = QRect(l.order.left(), l.order.top(), labelWidth, l.order.height());
+    l.quantity = QRect(l.quantityLabel.right() + 1, l.order.top(), kQuantityWidth, l.order.height());
+    const int room = l.order.right() - l.quantity.right() - 2 * kGap;
+    const int placeWidth = std::max(0, std::min(kMaxPlaceWidth, room));
+    l.place = QRect(l.order.right() + 1 - placeWidth, l.order.top(), placeWidth, l.order.height());
     return l;
 }
 
@@ -267,7 +292,9 @@ void CVXComboOptionPanelCard::PlaceWidgets()
 {
     const Layout l = ComputeLayout();
     const int chainWidth = std::max(80, m_pChain->sizeHint().width());
-    AccountSelector()->setGeometry(l.toolbar.adjusted(0, 0, -(chainWidth + kGap), 0));
+    // The account name needs no more than a ticket's width, however wide the card.
+    const int selectorWidth = std::min(kMaxSelectorWidth, l.toolbar.width() - chainWidth - kGap);
+    AccountSelector()->setGeometry(l.toolbar.left(), l.toolbar.top(), selectorWidth, l.toolbar.height());
     m_pChain->setGeometry(l.toolbar.right() + 1 - chainWidth, l.toolbar.top(), chainWidth,
                           l.toolbar.height());
     for (std::size_t i = 0; i < m_sideButtons.size(); ++i) {
@@ -275,10 +302,8 @@ void CVXComboOptionPanelCard::PlaceWidgets()
         m_sideButtons[i]->setGeometry(l.sideX, top, kSideWidth, kLegHeight - 4);
         m_ratioBoxes[i]->setGeometry(l.ratioX, top, kRatioWidth, kLegHeight - 4);
     }
-    const int quantityWidth = std::max(100, l.order.width() * 2 / 5);
-    m_pQuantity->setGeometry(l.order.left(), l.order.top(), quantityWidth, l.order.height());
-    m_pPlace->setGeometry(l.order.left() + quantityWidth + kGap, l.order.top(),
-                          l.order.width() - quantityWidth - kGap, l.order.height());
+    m_pQuantity->setGeometry(l.quantity);
+    m_pPlace->setGeometry(l.place);
 }
 
 void CVXComboOptionPanelCard::resizeEvent(QResizeEvent* event)
@@ -333,6 +358,8 @@ void CVXComboOptionPanelCard::paintEvent(QPaintEvent*)
         const std::vector<ComboLegQuote> quotes = Quotes();
         PaintLegs(painter, l, quotes);
         PaintNet(painter, l, quotes);
+        painter.setPen(ThemeColor("ct_text_secondary"));
+        painter.drawText(l.quantityLabel, Qt::AlignLeft | Qt::AlignVCenter, core::langx::tr(970331, "数量"));
     }
     if (!TradeService() && ResultText().isEmpty()) {
         painter.setPen(ThemeColor("ct_text_secondary"));
