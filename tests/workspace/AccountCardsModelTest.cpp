@@ -147,6 +147,59 @@ TEST(AccountCardsTableTest, ColumnsShareSpareWidthAndTheLeastImportantGoFirstWhe
     EXPECT_EQ(model.ColumnSpan(0).width(), 30);
 }
 
+TEST(AccountCardsTableTest, NumberColumnsWidenToTheirWidestTextAndPushOutLessImportantColumns)
+{
+    QFont font(QStringLiteral("DejaVu Sans"));
+    font.setPixelSize(12);
+    const QFontMetrics metrics(font);
+    QFont boldFont = font;
+    boldFont.setBold(true);
+    const QFontMetrics bold(boldFont);
+    CVXTradeTableModel model;
+    model.SetColumns(FourColumns());
+    model.SetRows(Rows({{QStringLiteral("x"), 1}}));
+    TradeTableRow totals{0,
+                         {TextCell(QStringLiteral("Σ")), TextCell(QStringLiteral("+43,539.00")),
+                          TextCell(QStringLiteral("+12,345,678.90")), TextCell(QString())}};
+    model.SetTotals(totals);
+    model.SetArea(QRect(0, 0, 270, 200));
+    model.FitNumberColumnsToContent(metrics, bold);
+
+    const int pad = 2 * CVXTradeTableModel::kCellPadding;
+    // The totals row is measured in its own (bold) font.
+    const int widestB = bold.horizontalAdvance(QStringLiteral("+43,539.00")) + pad;
+    const int widestC = bold.horizontalAdvance(QStringLiteral("+12,345,678.90")) + pad;
+    ASSERT_GT(widestB, 40);
+    ASSERT_GT(widestC, 60);
+    // Minimums 50 + widestB + widestC + 30 no longer fit 270 px: "d" (least important) goes;
+    // the number columns keep their whole text and "a" takes what is left.
+    ASSERT_GT(50 + widestB + widestC + 30, 270);
+    ASSERT_LE(50 + widestB + widestC, 270);
+    EXPECT_EQ(model.VisibleColumns(), (std::vector<int>{0, 1, 2}));
+    EXPECT_GE(model.ColumnSpan(1).width(), widestB);
+    EXPECT_GE(model.ColumnSpan(2).width(), widestC);
+    EXPECT_EQ(model.ColumnSpan(2).right(), 269);
+
+    // Other text columns are not widened: a long name elides instead (the 300 px split of the
+    // plain minimums, as in the test above).
+    model.SetArea(QRect(0, 0, 300, 200));
+    model.SetRows({{1,
+                    {TextCell(QStringLiteral("x")), NumberCell(1), NumberCell(0),
+                     TextCell(QStringLiteral("a very long security name indeed"))}}});
+    model.SetTotals(std::nullopt);
+    model.FitNumberColumnsToContent(metrics, bold);
+    EXPECT_EQ(model.VisibleColumns(), (std::vector<int>{0, 1, 2, 3}));
+    EXPECT_EQ(model.ColumnSpan(0), QRect(0, 0, 80, 200));
+    EXPECT_EQ(model.ColumnSpan(3), QRect(210, 0, 90, 200));
+
+    // The first column is the row's identity: a long code widens it.
+    model.SetRows(
+        {{1,
+          {TextCell(QStringLiteral("510100C30D440")), NumberCell(1), NumberCell(0), TextCell(QString())}}});
+    model.FitNumberColumnsToContent(metrics, bold);
+    EXPECT_GE(model.ColumnSpan(0).width(), metrics.horizontalAdvance(QStringLiteral("510100C30D440")) + pad);
+}
+
 TEST(AccountCardsTableTest, PointsHitHeaderRowsAndTotalsAndScrollingIsClamped)
 {
     CVXTradeTableModel model;

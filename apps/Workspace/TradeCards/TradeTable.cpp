@@ -180,6 +180,39 @@ QRect CVXTradeTableModel::BodyRect() const
     return QRect(m_area.left(), top, m_area.width(), bottom - top + 1);
 }
 
+void CVXTradeTableModel::FitNumberColumnsToContent(const QFontMetrics& metrics,
+                                                   const QFontMetrics& totalsMetrics)
+{
+    std::vector<int> widths(m_columns.size(), 0);
+    auto widen = [&](size_t column, const QString& text, const QFontMetrics& fm) {
+        if (!text.isEmpty())
+            widths[column] = std::max(widths[column], fm.horizontalAdvance(text) + 2 * kCellPadding);
+    };
+    for (size_t c = 0; c < m_columns.size(); ++c) {
+        if (c != 0 && !(m_columns[c].alignment & Qt::AlignRight))
+            continue;
+        widen(c, m_columns[c].title, metrics);
+        for (const TradeTableRow& row : m_rows) {
+            if (c < row.cells.size())
+                widen(c, row.cells[c].text, metrics);
+        }
+        if (m_totals && c < m_totals->cells.size())
+            widen(c, m_totals->cells[c].text, totalsMetrics);
+    }
+    if (widths == m_contentWidths)
+        return;
+    m_contentWidths = std::move(widths);
+    LayoutColumns();
+}
+
+int CVXTradeTableModel::EffectiveMinWidth(int column) const
+{
+    const int minimum = m_columns[static_cast<size_t>(column)].minWidth;
+    return column < static_cast<int>(m_contentWidths.size())
+               ? std::max(minimum, m_contentWidths[static_cast<size_t>(column)])
+               : minimum;
+}
+
 void CVXTradeTableModel::LayoutColumns()
 {
     m_visible.clear();
@@ -193,7 +226,7 @@ void CVXTradeTableModel::LayoutColumns()
     auto minTotal = [&] {
         int total = 0;
         for (int c : shown)
-            total += m_columns[static_cast<size_t>(c)].minWidth;
+            total += EffectiveMinWidth(c);
         return total;
     };
     while (shown.size() > 1 && minTotal() > m_area.width()) {
@@ -221,7 +254,7 @@ void CVXTradeTableModel::LayoutColumns()
             extra = spare * stretchSoFar / stretchTotal - given;
             given += extra;
         }
-        int width = column.minWidth + extra;
+        int width = EffectiveMinWidth(shown[i]) + extra;
         if (i + 1 == shown.size() && stretchTotal == 0)
             width = std::max(width, m_area.right() + 1 - x);
         width = std::min(width, m_area.right() + 1 - x);

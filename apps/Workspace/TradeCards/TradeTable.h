@@ -16,6 +16,8 @@
 
 class QFontMetrics;
 
+class QFontMetrics;
+
 namespace vx_ws {
 
 struct TradeTableColumn
@@ -95,6 +97,12 @@ public:
     // the same column flips; a third click on it goes back to the given order.
     void ToggleSort(int column);
 
+    // Number columns (right-aligned) and the first column (the row's identity, e.g. a code) are
+    // never narrower than their widest text (header, rows, totals) plus the cell padding,
+    // measured with `metrics` (the totals row with `totalsMetrics`): a short card drops a less important
+    // column rather than cut a number or a code. Other text columns keep their minimum and elide.
+    void FitNumberColumnsToContent(const QFontMetrics& metrics, const QFontMetrics& totalsMetrics);
+
     // Geometry for the table drawn in `area`.
     void SetArea(const QRect& area);
     QRect Area() const { return m_area; }
@@ -122,6 +130,7 @@ public:
 private:
     void ApplySort();
     void LayoutColumns();
+    int EffectiveMinWidth(int column) const;
     void ClampScroll();
     bool ColumnIsNumeric(int column) const;
 
@@ -134,6 +143,7 @@ private:
     QRect m_area;
     std::vector<int> m_visible;
     std::vector<std::pair<int, int>> m_spans; // per column: left, width (width 0 when hidden)
+    std::vector<int> m_contentWidths;         // per column, 0 where the minimum rules
     int m_firstRow = 0;
 };
 

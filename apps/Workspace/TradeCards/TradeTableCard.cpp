@@ -136,6 +136,9 @@ void CVXTradeTableCard::paintEvent(QPaintEvent* /*event*/)
     PaintToolbar(painter);
 
     TradeTableLook look = TradeTableLook::FromTheme(font());
+    QFont totalsFont = look.font;
+    totalsFont.setBold(true); // the totals row is painted bold
+    m_model.FitNumberColumnsToContent(QFontMetrics(look.font), QFontMetrics(totalsFont));
     TradeTableHighlight highlight;
     highlight.hoverRow = m_nHoverRow;
     highlight.hoverActionRow = m_nHoverActionRow;
