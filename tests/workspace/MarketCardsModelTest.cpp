@@ -193,6 +193,14 @@ TEST(KLineModel, TheNewestCandlesFillThePlotAndSetThePriceSpan)
     EXPECT_EQ(range.first, 5);
     EXPECT_EQ(range.count, 0);
 
+    // Candle width: a long series gets the narrowest slot (and scrolls its oldest candles off);
+    // a short one shares the plot up to the widest slot.
+    EXPECT_EQ(kline::SlotWidth(500, 800, 8, 16), 8);
+    EXPECT_EQ(kline::SlotWidth(61, 880, 8, 16), 14); // 880 / 61 = 14.4
+    EXPECT_EQ(kline::SlotWidth(10, 880, 8, 16), 16);
+    EXPECT_EQ(kline::SlotWidth(0, 880, 8, 16), 8);
+    EXPECT_EQ(kline::SlotWidth(61, 0, 8, 16), 8);
+
     // Only the candles in the window count; a moving average outside the candles widens the
     // span, its missing values do not.
     const std::vector<double> line = {std::nan(""), 9.0, 12.5, 11.0, 10.0, 99.0};

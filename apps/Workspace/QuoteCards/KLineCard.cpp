@@ -21,7 +21,10 @@ namespace {
 
 constexpr int kToolHeight = 26;
 constexpr int kTimeAxisHeight = 18;
-constexpr int kSlot = 8; // horizontal room of one candle, gap included
+// Horizontal room of one candle, gap included: the narrowest when the series is long, the widest
+// a short series is drawn with.
+constexpr int kMinSlot = 8;
+constexpr int kMaxSlot = 16;
 constexpr int kSegmentWidth = 34;
 constexpr int kButtonHeight = 18;
 constexpr int kMAShort = 5;
@@ -91,6 +94,7 @@ struct CVXKLineCard::Impl
     QRect axis;
     QRect timeAxis;
     kline::CandleRange range;
+    int slot = kMinSlot;
 
     void Reload(unsigned long stockID)
     {
@@ -126,7 +130,8 @@ struct CVXKLineCard::Impl
         volume = QRect(QPoint(left, bottom - volumeHeight), QPoint(right - 1, bottom - 1));
         axis = QRect(QPoint(right, top), QPoint(size.width() - 1, bottom - 1));
         timeAxis = QRect(QPoint(left, bottom), QPoint(right - 1, size.height() - 1));
-        range = kline::NewestThatFit(static_cast<int>(candles.size()), std::max(0, plot.width()) / kSlot);
+        slot = kline::SlotWidth(static_cast<int>(candles.size()), plot.width(), kMinSlot, kMaxSlot);
+        range = kline::NewestThatFit(static_cast<int>(candles.size()), std::max(0, plot.width()) / slot);
         UpdateHover();
     }
 
@@ -139,7 +144,7 @@ struct CVXKLineCard::Impl
         const bool inRows = (mouse.y() >= plot.top() && mouse.y() <= volume.bottom());
         if (!inColumn || !inRows)
             return;
-        const int index = range.first + (mouse.x() - plot.left()) / kSlot;
+        const int index = range.first + (mouse.x() - plot.left()) / slot;
         if (index < range.first + range.count)
             hovered = index;
     }
@@ -148,7 +153,7 @@ struct CVXKLineCard::Impl
     {
         if (index < range.first || index >= range.first + range.count)
             return -1;
-        return plot.left() + (index - range.first) * kSlot + kSlot / 2;
+        return plot.left() + (index - range.first) * slot + slot / 2;
     }
 
     QRect SegmentRect(int period) const
@@ -481,7 +486,7 @@ void CVXKLineCard::PaintTimeAxis(QPainter& p, const PaintKit& kit)
     const int labelWidth = kit.fm.horizontalAdvance(QStringLiteral("00:00")) + 14;
     int interval = 0;
     for (int minutes : {5, 10, 15, 30, 60, 120, 240}) {
-        if (minutes % d->period == 0 && minutes / d->period * kSlot >= labelWidth) {
+        if (minutes % d->period == 0 && minutes / d->period * d->slot >= labelWidth) {
             interval = minutes;
             break;
         }
@@ -509,7 +514,7 @@ void CVXKLineCard::PaintCandlesAndVolume(QPainter& p, const PaintKit& kit, const
     long long maxVolume = 1;
     for (int i = d->range.first; i < d->range.first + d->range.count; ++i)
         maxVolume = std::max(maxVolume, d->candles[i].volume);
-    const int bodyWidth = kSlot - 2;
+    const int bodyWidth = d->slot - std::max(2, d->slot / 4);
     for (int i = d->range.first; i < d->range.first + d->range.count; ++i) {
         const vx_md::Candle& c = d->candles[i];
         const QColor color = CandleColor(c);

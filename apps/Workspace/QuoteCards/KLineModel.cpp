@@ -114,6 +114,13 @@ CandleRange NewestThatFit(int candleCount, int slots)
     return range;
 }
 
+int SlotWidth(int candleCount, int plotWidth, int minSlot, int maxSlot)
+{
+    if (candleCount <= 0 || plotWidth <= 0)
+        return minSlot;
+    return std::clamp(plotWidth / candleCount, minSlot, std::max(minSlot, maxSlot));
+}
+
 PriceSpan SpanOf(const std::vector<vx_md::Candle>& candles, CandleRange range,
                  const std::vector<const std::vector<double>*>& lines)
 {

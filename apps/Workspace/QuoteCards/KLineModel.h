@@ -45,6 +45,11 @@ struct CandleRange
 // The newest candles of a series of `candleCount` that fit into `slots` slots.
 CandleRange NewestThatFit(int candleCount, int slots);
 
+// The horizontal room of one candle (gap included) on a plot `plotWidth` wide: `minSlot` while
+// the candles outnumber the room, otherwise as wide as they can share the plot, up to `maxSlot`,
+// so that a short series still fills the chart.
+int SlotWidth(int candleCount, int plotWidth, int minSlot, int maxSlot);
+
 struct PriceSpan
 {
     double low = 0.0;
