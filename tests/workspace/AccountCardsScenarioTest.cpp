@@ -31,6 +31,8 @@
 
 #include <gtest/gtest.h>
 
+#include <optional>
+
 #include <cmath>
 #include <memory>
 
@@ -138,13 +140,15 @@ protected:
         return service->PlaceOrder(account, id, EnOrderSide::Buy, EnOrderType::Limit, price, lots * Lot(id));
     }
 
-    static const vx_trade::Order* FindOrder(const std::vector<vx_trade::Order>& orders, unsigned long long id)
+    // A copy: the service hands out its lists by value.
+    static std::optional<vx_trade::Order> FindOrder(const std::vector<vx_trade::Order>& orders,
+                                                    unsigned long long id)
     {
         for (const vx_trade::Order& order : orders) {
             if (order.orderId == id)
-                return &order;
+                return order;
         }
-        return nullptr;
+        return std::nullopt;
     }
 
     static const PositionRow* FindRow(const std::vector<PositionRow>& rows, unsigned long stockId)
@@ -234,8 +238,8 @@ TEST_F(AccountCardsScenarioTest, ClickingTheCancelCellCancelsAndTheTabsFollowThe
     ASSERT_FALSE(cancel.isEmpty());
     ClickAt(orders, cancel.center());
 
-    const vx_trade::Order* cancelled = FindOrder(service->Orders(account), first.orderId);
-    ASSERT_NE(cancelled, nullptr);
+    const std::optional<vx_trade::Order> cancelled = FindOrder(service->Orders(account), first.orderId);
+    ASSERT_TRUE(cancelled.has_value());
     EXPECT_EQ(cancelled->status, EnOrderStatus::Cancelled);
     EXPECT_EQ(FindOrder(service->Orders(account), second.orderId)->status, EnOrderStatus::Working);
     EXPECT_EQ(orders->SelectedKey(), 0u); // a cancel click is not a row pick
@@ -329,9 +333,9 @@ TEST_F(AccountCardsScenarioTest, HistoryListsFinishedOrdersByDateWithPeriodTabs)
     ASSERT_EQ(history->Table().RowCount(), static_cast<int>(service->HistoryOrders(account).size()));
     int previousOffset = 1;
     for (int r = 0; r < history->Table().RowCount(); ++r) {
-        const vx_trade::Order* order =
+        const std::optional<vx_trade::Order> order =
             FindOrder(service->HistoryOrders(account), history->Table().Row(r).key);
-        ASSERT_NE(order, nullptr);
+        ASSERT_TRUE(order.has_value());
         EXPECT_LE(order->dayOffset, previousOffset);
         previousOffset = order->dayOffset;
         EXPECT_EQ(history->Table().CellText(r, 0),
