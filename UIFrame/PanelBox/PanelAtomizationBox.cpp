@@ -54,6 +54,17 @@ QString Key(const char* key)
     return QString::fromLatin1(key);
 }
 
+// The box's tab bar is its chrome, like the title buttons: card events spreading through the box
+// (a linked stock change reaches every box of its group) stop here instead of visiting the bar
+// and its scroll buttons.
+class CBoxTabBar : public vx_std_ui::VTabBarBase, public IVUIEventHandlerBase
+{
+public:
+    void DirectHandleUIEvent(const IVUIEventTypeBase*) override {}
+    bool IsContinueDispatchUIEventToAllChild() const override { return false; }
+    bool HasListenedEvent(const IVUIEventTypeBase*) const override { return false; }
+};
+
 } // namespace
 
 namespace panelbox_detail {
@@ -86,7 +97,7 @@ CVXPanelAtomizationBox::CVXPanelAtomizationBox(bool isPopup, unsigned long long 
 
     // The tab widget fills the box inside one pixel of frame (resizeEvent); the title strip is its
     // bar row. Limits are the box's own (GetBoxMinSize / AdjustRectByDrag), not a layout's.
-    d->tabs = new vx_std_ui::VTabWidget(this);
+    d->tabs = new vx_std_ui::VTabWidget(new CBoxTabBar, this);
     d->tabs->setObjectName(QStringLiteral("PanelBoxTabWidget"));
     d->tabs->tabBar()->setTabDragOutEnabled(true);
     d->tabs->tabBar()->setMovable(true);
