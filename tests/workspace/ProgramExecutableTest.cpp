@@ -1,9 +1,11 @@
 // The real vxworkspace executable, started as a user would from a shell (offscreen): a
 // screenshot of the gallery and of an opened layout at the requested size, and the exit codes
-// of an unknown layout and a bad command line.
+// of an unknown layout and a bad command line, and a terminate signal that ends it like Quit.
 
 #include "tests/workspace/ProgramTestSupport.h"
 
+#include <QDeadlineTimer>
+#include <QDir>
 #include <QImage>
 #include <QProcess>
 #include <QSet>
@@ -150,4 +152,34 @@ TEST_F(ProgramExecutableTest, AnEnglishRunFindsABuiltInByItsChineseTitleAndShows
             same += a.pixel(x, y) == b.pixel(x, y) ? 1 : 0;
     }
     EXPECT_LT(double(same) / all, 0.8);
+}
+
+TEST_F(ProgramExecutableTest, ATerminateSignalEndsTheProgramLikeQuitAndKeepsTheWindowState)
+{
+    QProcess process;
+    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+    env.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
+    process.setProcessEnvironment(env);
+    process.setReadChannel(QProcess::StandardError);
+    process.start(QCoreApplication::applicationDirPath() + QStringLiteral("/vxworkspace"),
+                  {QStringLiteral("--data-dir"), dir.path(), QStringLiteral("--user"), QStringLiteral("11")});
+    ASSERT_TRUE(process.waitForStarted(10000));
+    // The layout manager's start-up line comes once the user is logged in and the window is up.
+    QString stdErr;
+    QDeadlineTimer deadline(60000);
+    while (!stdErr.contains(QStringLiteral("[StartupCost]")) && !deadline.hasExpired() &&
+           process.state() == QProcess::Running) {
+        process.waitForReadyRead(500);
+        stdErr += QString::fromLocal8Bit(process.readAllStandardError());
+    }
+    ASSERT_TRUE(stdErr.contains(QStringLiteral("[StartupCost]"))) << stdErr.toStdString();
+    const QString statePath =
+        QDir(dir.path()).filePath(QStringLiteral("data/users/11/WorkspaceWindowState.json"));
+    EXPECT_FALSE(QFile::exists(statePath));
+
+    process.terminate(); // SIGTERM
+    ASSERT_TRUE(process.waitForFinished(60000));
+    EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
+    EXPECT_EQ(process.exitCode(), 0);
+    EXPECT_TRUE(QFile::exists(statePath)) << "the window state is written on the way out";
 }

@@ -8,8 +8,13 @@
 
 #include <QApplication>
 #include <QFont>
+#include <QSocketNotifier>
 
+#include <csignal>
 #include <cstdio>
+
+#include <sys/socket.h>
+#include <unistd.h>
 
 #if defined(__SANITIZE_ADDRESS__)
 // Sanitizer builds: Qt's platform plug-in and fontconfig keep process-lifetime allocations that
@@ -19,6 +24,39 @@ extern "C" const char* __lsan_default_suppressions()
     return "leak:libqoffscreen\nleak:libfontconfig\nleak:libQt5Gui\nleak:libQt5Core\n";
 }
 #endif
+
+namespace {
+
+// Ctrl+C or a polite kill ends the program the way the Quit menu does, so the window state is
+// saved: the signal handler only writes a byte to a socket pair, which the event loop reads.
+int g_signalSockets[2] = {-1, -1};
+
+void OnQuitSignal(int)
+{
+    const char byte = 1;
+    [[maybe_unused]] const ssize_t written = ::write(g_signalSockets[0], &byte, 1);
+}
+
+void QuitOnSignals(QApplication& application)
+{
+    if (::socketpair(AF_UNIX, SOCK_STREAM, 0, g_signalSockets) != 0)
+        return;
+    auto* notifier = new QSocketNotifier(g_signalSockets[1], QSocketNotifier::Read, &application);
+    QObject::connect(notifier, &QSocketNotifier::activated, &application, [notifier]() {
+        notifier->setEnabled(false);
+        char byte = 0;
+        [[maybe_unused]] const ssize_t read = ::read(g_signalSockets[1], &byte, 1);
+        QApplication::exit(0);
+    });
+    struct sigaction action = {};
+    action.sa_handler = OnQuitSignal;
+    sigemptyset(&action.sa_mask);
+    action.sa_flags = SA_RESTART;
+    sigaction(SIGINT, &action, nullptr);
+    sigaction(SIGTERM, &action, nullptr);
+}
+
+} // namespace
 
 int main(int argc, char** argv)
 {
@@ -39,8 +77,8 @@ int main(int argc, char** argv)
     }
 
     // A screenshot needs no screen: without a display it renders offscreen.
-    if (options.IsScreenshot() && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")
-        && qEnvironmentVariableIsEmpty("DISPLAY") && qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY"))
+    if (options.IsScreenshot() && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM") &&
+        qEnvironmentVariableIsEmpty("DISPLAY") && qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
 
     QApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
@@ -62,6 +100,7 @@ int main(int argc, char** argv)
     vx_ws::CVXWorkspaceApp app(options);
     QObject::connect(&app, &vx_ws::CVXWorkspaceApp::Finished, &application,
                      [](int code) { QApplication::exit(code); });
+    QuitOnSignals(application);
     app.Start();
     return application.exec();
 }
