@@ -17,6 +17,8 @@
 
 #include "Platform/StdUI/TabWidget.h"
 
+#include "tests/common/WindowInput.h"
+
 #include <QApplication>
 #include <QScrollBar>
 #include <QSet>
@@ -157,29 +159,15 @@ protected:
     }
 
     // Mouse input through the window, in the coordinates of `widget`.
-    static QWindow* WindowOf(QWidget* widget) { return widget->window()->windowHandle(); }
-    static QPoint InWindow(QWidget* widget, QPoint local) { return widget->mapTo(widget->window(), local); }
+    static QWindow* WindowOf(QWidget* widget) { return vxtest::WindowOf(widget); }
+    static QPoint InWindow(QWidget* widget, QPoint local) { return vxtest::InWindow(widget, local); }
     static void Press(QWidget* w, QPoint local, Qt::KeyboardModifiers mods = Qt::NoModifier)
     {
-        QTest::mousePress(WindowOf(w), Qt::LeftButton, mods, InWindow(w, local));
+        vxtest::Press(w, local, mods);
     }
-    static void MoveTo(QWidget* w, QPoint local) { QTest::mouseMove(WindowOf(w), InWindow(w, local)); }
-    static void Release(QWidget* w, QPoint local)
-    {
-        QTest::mouseRelease(WindowOf(w), Qt::LeftButton, Qt::NoModifier, InWindow(w, local));
-    }
-    // Press at `from`, move in a few steps by `delta`, release; `from` in `w`'s coordinates at the
-    // start (the widget may move under the mouse meanwhile, the window does not).
-    static void Drag(QWidget* w, QPoint from, QPoint delta)
-    {
-        QWindow* window = WindowOf(w);
-        const QPoint start = InWindow(w, from);
-        QTest::mousePress(window, Qt::LeftButton, Qt::NoModifier, start);
-        for (int step = 1; step <= 4; ++step)
-            QTest::mouseMove(window, start + delta * step / 4);
-        QTest::mouseRelease(window, Qt::LeftButton, Qt::NoModifier, start + delta);
-        QCoreApplication::processEvents();
-    }
+    static void MoveTo(QWidget* w, QPoint local) { vxtest::MoveTo(w, local); }
+    static void Release(QWidget* w, QPoint local) { vxtest::Release(w, local); }
+    static void Drag(QWidget* w, QPoint from, QPoint delta) { vxtest::Drag(w, from, delta); }
     // A point of the title strip clear of the tabs and buttons.
     static QPoint TitlePoint(CVXPanelAtomizationBox* box) { return QPoint(box->width() / 2, 20); }
 

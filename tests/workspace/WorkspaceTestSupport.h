@@ -18,6 +18,8 @@
 
 #include "Platform/StdUI/ThemeResource.h"
 
+#include "tests/common/WindowInput.h"
+
 #include <QApplication>
 #include <QDeadlineTimer>
 #include <QDir>
@@ -53,27 +55,10 @@ inline bool WaitFor(const std::function<bool()>& done, int ms = 15000)
     return true;
 }
 
-// Mouse input through the window (QTest's widget overloads do not deliver moves), in the
-// coordinates of `widget`.
-inline QWindow* WindowOf(QWidget* widget)
-{
-    return widget->window()->windowHandle();
-}
-inline QPoint InWindow(QWidget* widget, QPoint local)
-{
-    return widget->mapTo(widget->window(), local);
-}
-// Press at `from`, move in four steps by `delta`, release.
-inline void Drag(QWidget* w, QPoint from, QPoint delta)
-{
-    QWindow* window = WindowOf(w);
-    const QPoint start = InWindow(w, from);
-    QTest::mousePress(window, Qt::LeftButton, Qt::NoModifier, start);
-    for (int step = 1; step <= 4; ++step)
-        QTest::mouseMove(window, start + delta * step / 4);
-    QTest::mouseRelease(window, Qt::LeftButton, Qt::NoModifier, start + delta);
-    QCoreApplication::processEvents();
-}
+// Mouse input through the window (tests/common/WindowInput.h).
+using vxtest::Drag;
+using vxtest::InWindow;
+using vxtest::WindowOf;
 
 // The registration functions add factories process-wide; a suite removes what it added.
 inline void UnregisterCards(const QStringList& cardTypes)
