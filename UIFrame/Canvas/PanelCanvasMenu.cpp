@@ -1,7 +1,7 @@
 #include "UIFrame/Canvas/PanelCanvasMenu.h"
 
 #include "UIFrame/CardFactoryMgr.h"
-#include "UIFrame/CardTypes.h"
+#include "UIFrame/PanelBox/PanelBoxMenu.h"
 
 #include "Platform/Core/Langx.h"
 #include "Platform/StdUI/Menu.h"
@@ -10,20 +10,14 @@ namespace panel_canvas_menu {
 
 const QVector<AddEntry>& AddComponentEntries()
 {
-    static const QVector<AddEntry> s_entries = {
-        {236231, "报价摘要", quote_card_type::StockHeader},
-        {236232, "走势图", quote_card_type::KLine},
-        {236233, "逐笔明细", quote_card_type::Ticks},
-        {236246, "期权链", quote_card_type::OptionChainsPanel},
-        {236237, "自选", quote_card_type::Watchlist},
-        {250213, "交易", trade_card_type::TradePlaceOrderSecuritiesPanel},
-        {250217, "持仓", trade_card_type::SecuritiesTradePosition},
-        {236241, "订单", trade_card_type::SecuritiesTradeOrders},
-        {236244, "交易历史", trade_card_type::TradeHistoryOrders},
-        {250218, "账户", trade_card_type::SecuritiesAccInfo},
-        {259423, "期权交易", trade_card_type::TradePlaceOrderComboOptionPanel},
-        {292863, "点价交易", trade_card_type::TradePlaceOrderBookTraderPanel},
-    };
+    // One table for the canvas and the box menus: the box menu's, which also carries the number
+    // each entry reports.
+    static const QVector<AddEntry> s_entries = [] {
+        QVector<AddEntry> entries;
+        for (const panelbox_menu::AddComponentEntry& entry : panelbox_menu::AddComponentEntries())
+            entries.push_back({entry.nTextId, entry.szFallback, entry.szCardType});
+        return entries;
+    }();
     return s_entries;
 }
 
