@@ -37,7 +37,7 @@ const QString kQuantityKey = QStringLiteral("Quantity");
 
 CVXCardBaseStyle CVXBookTraderCard::StaticCardStyle()
 {
-    return MakeCardStyle(core::langx::tr(292863, "闪电下单"), QSize(300, 420), QSize(240, 220),
+    return MakeCardStyle(core::langx::tr(292863, "点价交易"), QSize(300, 420), QSize(240, 220),
                          QSize(5000, 5000));
 }
 

@@ -20,7 +20,7 @@ const std::vector<OrderColumn> kColumns = {
 
 CVXCardBaseStyle CVXHistoryOrdersCard::StaticCardStyle()
 {
-    return MakeCardStyle(core::langx::tr(236244, "历史订单"), QSize(560, 240), QSize(260, 120),
+    return MakeCardStyle(core::langx::tr(236244, "交易历史"), QSize(560, 240), QSize(260, 120),
                          QSize(4000, 4000));
 }
 
