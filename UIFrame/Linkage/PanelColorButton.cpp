@@ -12,13 +12,10 @@ constexpr int kSwatch = 16;
 
 } // namespace
 
-CVXPanelColorButton::CVXPanelColorButton(QWidget* parent) : QAbstractButton(parent)
+CVXPanelColorButton::CVXPanelColorButton(QWidget* parent) : CVXPanelHoverButton(kSide, parent)
 {
     setObjectName(QStringLiteral("CVXPanelGroupSettingButton"));
     setCheckable(true);
-    setFixedSize(kSide, kSide);
-    setFocusPolicy(Qt::NoFocus);
-    connect(&vx_ui_res::Provider::Instance(), &vx_ui_res::Provider::ThemeChanged, this, [this] { update(); });
 }
 
 CVXPanelColorButton::~CVXPanelColorButton() = default;
@@ -52,18 +49,13 @@ QRect CVXPanelColorButton::SwatchRect()
     return QRect(margin, margin, kSwatch, kSwatch);
 }
 
-QSize CVXPanelColorButton::sizeHint() const
-{
-    return QSize(kSide, kSide);
-}
-
 void CVXPanelColorButton::paintEvent(QPaintEvent*)
 {
     const vx_ui_res::Provider& theme = vx_ui_res::Provider::Instance();
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
 
-    if (m_hovered && !isChecked()) {
+    if (IsHovered() && !isChecked()) {
         painter.setPen(Qt::NoPen);
         painter.setBrush(theme.GetColor(QStringLiteral("ct_hover")));
         painter.drawRoundedRect(QRectF(rect()), 4, 4);
@@ -91,18 +83,4 @@ void CVXPanelColorButton::paintEvent(QPaintEvent*)
         painter.setPen(QPen(theme.GetColor(QStringLiteral("ct_selected")), 2));
         painter.drawRoundedRect(QRectF(rect()).adjusted(1, 1, -1, -1), 5, 5);
     }
-}
-
-void CVXPanelColorButton::enterEvent(QEvent* event)
-{
-    m_hovered = true;
-    update();
-    QAbstractButton::enterEvent(event);
-}
-
-void CVXPanelColorButton::leaveEvent(QEvent* event)
-{
-    m_hovered = false;
-    update();
-    QAbstractButton::leaveEvent(event);
 }

@@ -5,12 +5,11 @@
 // "no colour" and paints a struck-through ring; a key the theme does not know paints the same
 // and is logged once when set.
 
-#include "UIFrame/UIFrameExport.h"
+#include "UIFrame/Linkage/PanelHoverButton.h"
 
-#include <QAbstractButton>
 #include <QColor>
 
-class UIFRAME_EXPORT CVXPanelColorButton : public QAbstractButton
+class UIFRAME_EXPORT CVXPanelColorButton : public CVXPanelHoverButton
 {
     Q_OBJECT
 public:
@@ -25,15 +24,9 @@ public:
     // The swatch's square, centred in the button.
     static QRect SwatchRect();
 
-    bool IsHovered() const { return m_hovered; }
-    QSize sizeHint() const override;
-
 protected:
     void paintEvent(QPaintEvent* event) override;
-    void enterEvent(QEvent* event) override;
-    void leaveEvent(QEvent* event) override;
 
 private:
     QString m_colorKey;
-    bool m_hovered = false;
 };

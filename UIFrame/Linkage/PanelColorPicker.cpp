@@ -1,11 +1,10 @@
 #include "UIFrame/Linkage/PanelColorPicker.h"
 
 #include "UIFrame/Linkage/PanelColorButton.h"
-#include "UIFrame/Linkage/PanelGroupSettingReport.h"
+#include "UIFrame/Linkage/PanelPopupChoice.h"
 
 #include <QButtonGroup>
 #include <QGridLayout>
-#include <QPointer>
 
 namespace {
 
@@ -66,16 +65,7 @@ CVXPanelColorPicker::~CVXPanelColorPicker() = default;
 
 void CVXPanelColorPicker::UpdateSelectedColor(const QString& colorKey)
 {
-    CVXPanelColorButton* button = GetColorButton(ConvertLegacyColor(colorKey));
-    if (button) {
-        button->setChecked(true);
-        return;
-    }
-    // An exclusive group refuses to uncheck its checked button.
-    m_group->setExclusive(false);
-    if (QAbstractButton* checked = m_group->checkedButton())
-        checked->setChecked(false);
-    m_group->setExclusive(true);
+    panel_group_setting::CheckOnly(m_group, GetColorButton(ConvertLegacyColor(colorKey)));
 }
 
 QString CVXPanelColorPicker::GetSelectedColor() const
@@ -93,18 +83,11 @@ CVXPanelColorButton* CVXPanelColorPicker::GetColorButton(const QString& colorKey
 {
     if (colorKey.isEmpty())
         return nullptr;
-    for (CVXPanelColorButton* button : m_buttons)
-        if (button->GetColor() == colorKey)
-            return button;
-    return nullptr;
+    return panel_group_setting::FindColorButton(m_buttons, colorKey);
 }
 
 void CVXPanelColorPicker::OnButtonClicked(CVXPanelColorButton* button)
 {
-    // A receiver may delete the popup while handling the signal.
-    QPointer<CVXPanelColorPicker> self(this);
-    Q_EMIT ColorChanged(button->GetColor());
-    panel_group_setting::ReportPopupClick(panel_group_setting::kColorOption);
-    if (self)
-        close();
+    panel_group_setting::ChooseAndClose(
+        this, [this, button] { Q_EMIT ColorChanged(button->GetColor()); }, panel_group_setting::kColorOption);
 }

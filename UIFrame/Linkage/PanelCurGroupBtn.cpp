@@ -18,13 +18,10 @@ constexpr int kOpaqueEnoughForLightText = 200;
 
 } // namespace
 
-CVXPanelCurGroupBtn::CVXPanelCurGroupBtn(QWidget* parent) : QAbstractButton(parent)
+CVXPanelCurGroupBtn::CVXPanelCurGroupBtn(QWidget* parent) : CVXPanelHoverButton(kSide, parent)
 {
     setObjectName(QStringLiteral("CVXPanelCurGroupBtn"));
-    setFixedSize(kSide, kSide);
-    setFocusPolicy(Qt::NoFocus);
     setToolTip(core::langx::tr(251623, "联动分组"));
-    connect(&vx_ui_res::Provider::Instance(), &vx_ui_res::Provider::ThemeChanged, this, [this] { update(); });
 }
 
 CVXPanelCurGroupBtn::~CVXPanelCurGroupBtn() = default;
@@ -76,11 +73,6 @@ QColor CVXPanelCurGroupBtn::ResolvedGroupColor() const
     return theme.GetColor(QStringLiteral("ct_selected"));
 }
 
-QSize CVXPanelCurGroupBtn::sizeHint() const
-{
-    return QSize(kSide, kSide);
-}
-
 void CVXPanelCurGroupBtn::paintEvent(QPaintEvent*)
 {
     const vx_ui_res::Provider& theme = vx_ui_res::Provider::Instance();
@@ -89,7 +81,7 @@ void CVXPanelCurGroupBtn::paintEvent(QPaintEvent*)
     const QRectF area = QRectF(rect());
 
     if (m_groupId.isEmpty()) {
-        if (m_hovered || isDown()) {
+        if (IsHovered() || isDown()) {
             painter.setPen(Qt::NoPen);
             painter.setBrush(theme.GetColor(QLatin1String(isDown() ? "ct_pressed" : "ct_hover")));
             painter.drawRoundedRect(area, kRadius, kRadius);
@@ -106,7 +98,7 @@ void CVXPanelCurGroupBtn::paintEvent(QPaintEvent*)
     painter.setPen(Qt::NoPen);
     painter.setBrush(color);
     painter.drawRoundedRect(area.adjusted(2, 2, -2, -2), kRadius, kRadius);
-    if (m_hovered || isDown()) {
+    if (IsHovered() || isDown()) {
         painter.setBrush(Qt::NoBrush);
         painter.setPen(QPen(theme.GetColor(QStringLiteral("ct_focus")), 1));
         painter.drawRoundedRect(area.adjusted(0.5, 0.5, -0.5, -0.5), kRadius + 1, kRadius + 1);
@@ -118,18 +110,4 @@ void CVXPanelCurGroupBtn::paintEvent(QPaintEvent*)
     const bool lightText = color.alpha() >= kOpaqueEnoughForLightText;
     painter.setPen(theme.GetColor(QLatin1String(lightText ? "ct_text_on_accent" : "ct_text_primary")));
     painter.drawText(rect(), Qt::AlignCenter, m_groupId);
-}
-
-void CVXPanelCurGroupBtn::enterEvent(QEvent* event)
-{
-    m_hovered = true;
-    update();
-    QAbstractButton::enterEvent(event);
-}
-
-void CVXPanelCurGroupBtn::leaveEvent(QEvent* event)
-{
-    m_hovered = false;
-    update();
-    QAbstractButton::leaveEvent(event);
 }

@@ -4,11 +4,9 @@
 // its group id on the group's colour; a box in no group shows a link glyph. Clicking it is
 // reported through QAbstractButton::clicked; the box then opens the group setting popup.
 
-#include "UIFrame/UIFrameExport.h"
+#include "UIFrame/Linkage/PanelHoverButton.h"
 
-#include <QAbstractButton>
-
-class UIFRAME_EXPORT CVXPanelCurGroupBtn : public QAbstractButton
+class UIFRAME_EXPORT CVXPanelCurGroupBtn : public CVXPanelHoverButton
 {
     Q_OBJECT
 public:
@@ -28,15 +26,10 @@ public:
     // The colour the group id is painted on, resolved in the current theme.
     QColor ResolvedGroupColor() const;
 
-    QSize sizeHint() const override;
-
 protected:
     void paintEvent(QPaintEvent* event) override;
-    void enterEvent(QEvent* event) override;
-    void leaveEvent(QEvent* event) override;
 
 private:
     QString m_groupId;
     QString m_colorKey;
-    bool m_hovered = false;
 };

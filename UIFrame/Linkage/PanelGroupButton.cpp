@@ -11,13 +11,10 @@ constexpr qreal kRadius = 4.0;
 
 } // namespace
 
-CVXPanelGroupButton::CVXPanelGroupButton(QWidget* parent) : QAbstractButton(parent)
+CVXPanelGroupButton::CVXPanelGroupButton(QWidget* parent) : CVXPanelHoverButton(kSide, parent)
 {
     setObjectName(QStringLiteral("CVXPanelGroupSettingButton"));
     setCheckable(true);
-    setFixedSize(kSide, kSide);
-    setFocusPolicy(Qt::NoFocus);
-    connect(&vx_ui_res::Provider::Instance(), &vx_ui_res::Provider::ThemeChanged, this, [this] { update(); });
 }
 
 CVXPanelGroupButton::~CVXPanelGroupButton() = default;
@@ -36,11 +33,6 @@ QString CVXPanelGroupButton::GetGroup() const
     return m_groupId;
 }
 
-QSize CVXPanelGroupButton::sizeHint() const
-{
-    return QSize(kSide, kSide);
-}
-
 void CVXPanelGroupButton::paintEvent(QPaintEvent*)
 {
     const vx_ui_res::Provider& theme = vx_ui_res::Provider::Instance();
@@ -49,7 +41,7 @@ void CVXPanelGroupButton::paintEvent(QPaintEvent*)
     if (isChecked() || isDown()) {
         bgKey = QStringLiteral("ct_selected");
         textKey = QStringLiteral("ct_text_on_accent");
-    } else if (m_hovered) {
+    } else if (IsHovered()) {
         bgKey = QStringLiteral("ct_hover");
     }
 
@@ -64,18 +56,4 @@ void CVXPanelGroupButton::paintEvent(QPaintEvent*)
     painter.setFont(font);
     painter.setPen(theme.GetColor(textKey));
     painter.drawText(rect(), Qt::AlignCenter, m_groupId);
-}
-
-void CVXPanelGroupButton::enterEvent(QEvent* event)
-{
-    m_hovered = true;
-    update();
-    QAbstractButton::enterEvent(event);
-}
-
-void CVXPanelGroupButton::leaveEvent(QEvent* event)
-{
-    m_hovered = false;
-    update();
-    QAbstractButton::leaveEvent(event);
 }

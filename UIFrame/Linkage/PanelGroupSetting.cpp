@@ -1,7 +1,7 @@
 #include "UIFrame/Linkage/PanelGroupSetting.h"
 
 #include "UIFrame/Linkage/PanelGroupButton.h"
-#include "UIFrame/Linkage/PanelGroupSettingReport.h"
+#include "UIFrame/Linkage/PanelPopupChoice.h"
 
 #include "Platform/Core/Langx.h"
 #include "Platform/Core/Log.h"
@@ -155,27 +155,15 @@ vx_std_ui::VIconButton* CVXPanelGroupSetting::GetAddButton() const
 
 void CVXPanelGroupSetting::CheckGroup(const QString& groupId)
 {
-    if (CVXPanelGroupButton* button = GetGroupBtnByGroupNumber(groupId)) {
-        button->setChecked(true);
-        return;
-    }
-    // An exclusive group refuses to uncheck its checked button.
-    m_group->setExclusive(false);
-    if (QAbstractButton* checked = m_group->checkedButton())
-        checked->setChecked(false);
-    m_group->setExclusive(true);
+    panel_group_setting::CheckOnly(m_group, GetGroupBtnByGroupNumber(groupId));
 }
 
 void CVXPanelGroupSetting::OnGroupButtonClicked(CVXPanelGroupButton* button)
 {
     const QString groupId = button->GetGroup();
     m_currentGroupId = groupId;
-    // A receiver may delete the popup while handling the signal.
-    QPointer<CVXPanelGroupSetting> self(this);
-    Q_EMIT GroupIDChanged(groupId);
-    panel_group_setting::ReportPopupClick(panel_group_setting::kGroupOption);
-    if (self)
-        close();
+    panel_group_setting::ChooseAndClose(
+        this, [this, &groupId] { Q_EMIT GroupIDChanged(groupId); }, panel_group_setting::kGroupOption);
 }
 
 void CVXPanelGroupSetting::OnEditTextChanged(const QString& text)

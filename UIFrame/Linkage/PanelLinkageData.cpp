@@ -57,6 +57,21 @@ void WriteRecord(CVXVariantMapTree& tree, const QString& scope, const QString& g
     tree.Child(scope).Child(group).Set<CVXVariantMapTree>(valueKey, info);
 }
 
+// A saved box's stock id and account join its group under `scope`; a box in no group and empty
+// values add nothing (not even an empty group entry).
+void LoadBoxLinkage(CVXVariantMapTree& tree, const QString& scope, const CVXVariantMapTree& box)
+{
+    const QString groupId = box.Get<QString>(QStringLiteral("strGroupID"));
+    if (groupId.isEmpty())
+        return;
+    const unsigned long long stockId = StockOf(box);
+    if (stockId != PanelLinkageDataNullStockID)
+        tree.Child(scope).Child(groupId).Set<unsigned long long>(kStockIDKey, stockId);
+    const CVXVariantMapTree account = RecordOf(box, kAccountInfoKey);
+    if (!account.IsEmpty())
+        tree.Child(scope).Child(groupId).Set<CVXVariantMapTree>(kAccountInfoKey, account);
+}
+
 } // namespace
 
 struct CVXPanelLinkageData::Impl
@@ -190,17 +205,8 @@ void CVXPanelLinkageData::SetPanelPageLinkageData(QVector<CVXVariantMapTree>& pa
             continue;
         }
         const auto boxes = page.Get<QVector<CVXVariantMapTree>>(QStringLiteral("PanelBoxsData"));
-        for (const CVXVariantMapTree& box : boxes) {
-            const QString groupId = box.Get<QString>(QStringLiteral("strGroupID"));
-            if (groupId.isEmpty())
-                continue;
-            const unsigned long long stockId = StockOf(box);
-            if (stockId != PanelLinkageDataNullStockID)
-                d->page.Child(scope).Child(groupId).Set<unsigned long long>(kStockIDKey, stockId);
-            const CVXVariantMapTree account = RecordOf(box, kAccountInfoKey);
-            if (!account.IsEmpty())
-                d->page.Child(scope).Child(groupId).Set<CVXVariantMapTree>(kAccountInfoKey, account);
-        }
+        for (const CVXVariantMapTree& box : boxes)
+            LoadBoxLinkage(d->page, scope, box);
     }
 }
 
@@ -212,17 +218,8 @@ void CVXPanelLinkageData::SetPanelPopLinkageData(QVector<CVXVariantMapTree>& pop
         const QString scope =
             PopScope(colors.GetRealColor(pop.Get<QString>(QStringLiteral("TitleBarColor"))));
         const CVXVariantMapTree box = pop.Get<CVXVariantMapTree>(QStringLiteral("BoxData"));
-        if (box.IsEmpty())
-            continue;
-        const QString groupId = box.Get<QString>(QStringLiteral("strGroupID"));
-        if (groupId.isEmpty())
-            continue;
-        const unsigned long long stockId = StockOf(box);
-        if (stockId != PanelLinkageDataNullStockID)
-            d->pop.Child(scope).Child(groupId).Set<unsigned long long>(kStockIDKey, stockId);
-        const CVXVariantMapTree account = RecordOf(box, kAccountInfoKey);
-        if (!account.IsEmpty())
-            d->pop.Child(scope).Child(groupId).Set<CVXVariantMapTree>(kAccountInfoKey, account);
+        if (!box.IsEmpty())
+            LoadBoxLinkage(d->pop, scope, box);
     }
 }
 

@@ -2,7 +2,7 @@
 
 #include "UIFrame/Linkage/PanelColorButton.h"
 #include "UIFrame/Linkage/PanelColorManager.h"
-#include "UIFrame/Linkage/PanelGroupSettingReport.h"
+#include "UIFrame/Linkage/PanelPopupChoice.h"
 
 #include "Platform/Core/Langx.h"
 
@@ -10,7 +10,6 @@
 #include <QFontMetrics>
 #include <QHBoxLayout>
 #include <QLabel>
-#include <QPointer>
 #include <QVBoxLayout>
 
 namespace {
@@ -83,15 +82,7 @@ void CVXPanelTabGroupSetting::UpdateGroupColor(const QString& colorText)
     CVXPanelColorButton* button = FindButton(text);
     if (!button && !text.isEmpty())
         button = FindButton(CVXPanelColorManager::GetInstance().GetRealColor(text));
-    if (button) {
-        button->setChecked(true);
-        return;
-    }
-    // An exclusive group refuses to uncheck its checked button.
-    m_group->setExclusive(false);
-    if (QAbstractButton* checked = m_group->checkedButton())
-        checked->setChecked(false);
-    m_group->setExclusive(true);
+    panel_group_setting::CheckOnly(m_group, button);
 }
 
 void CVXPanelTabGroupSetting::UpdateGroupedColorTabText(const QString& text)
@@ -134,18 +125,12 @@ QLabel* CVXPanelTabGroupSetting::GetGroupedColorTextLabel() const
 
 CVXPanelColorButton* CVXPanelTabGroupSetting::FindButton(const QString& colorText) const
 {
-    for (CVXPanelColorButton* button : m_buttons)
-        if (button->GetColor() == colorText)
-            return button;
-    return nullptr;
+    return panel_group_setting::FindColorButton(m_buttons, colorText);
 }
 
 void CVXPanelTabGroupSetting::OnButtonClicked(CVXPanelColorButton* button)
 {
-    // A receiver may delete the popup while handling the signal.
-    QPointer<CVXPanelTabGroupSetting> self(this);
-    Q_EMIT GroupColorChanged(button->GetColor());
-    panel_group_setting::ReportPopupClick(panel_group_setting::kColorOption);
-    if (self)
-        close();
+    panel_group_setting::ChooseAndClose(
+        this, [this, button] { Q_EMIT GroupColorChanged(button->GetColor()); },
+        panel_group_setting::kColorOption);
 }
