@@ -5,6 +5,8 @@
 // The ratio LinkedStockChange / WidgetTreeVisit is what to watch: the spread touches each widget
 // about once, so it should stay within a small factor of the bare visit.
 
+#include "bench/BenchCanvasSupport.h"
+
 #include "UIFrame/Canvas/PanelScrollView.h"
 #include "UIFrame/CardEvents.h"
 #include "UIFrame/CardFactory.h"
@@ -28,12 +30,7 @@ class CBenchCard : public CVXCardObjBase
 {
 public:
     static constexpr const char* kCardType = "LinkageBenchCard";
-    static CVXCardBaseStyle StaticCardStyle()
-    {
-        CVXCardBaseStyle style;
-        style.idealSize = QSize(160, 90);
-        return style;
-    }
+    static CVXCardBaseStyle StaticCardStyle() { return bench_canvas::TrivialCardStyle(); }
     explicit CBenchCard(EnVXCardPos pos, QWidget* parent) : CVXCardObjBase(pos, parent)
     {
         RegisterUIEventHandler<CardEventStockIDChanged>(this, &CBenchCard::OnStock);
@@ -60,11 +57,9 @@ struct BenchCanvas
         canvas->show();
         const QString type = QString::fromLatin1(CBenchCard::kCardType);
         for (int i = 0; i < boxes; ++i) {
-            CVXPanelAtomizationBox* box = canvas->AddPanelBoxWithCardInitType(type, CVXVariantMapTree());
+            CVXPanelAtomizationBox* box = bench_canvas::AddThreeTabBox(*canvas, type);
             if (!box)
                 break;
-            box->Append(type, CVXVariantMapTree(), -1, CVXVariantMapTree());
-            box->Append(type, CVXVariantMapTree(), -1, CVXVariantMapTree());
             box->SetGroupID(QStringLiteral("1"));
             if (!first)
                 first = dynamic_cast<CBenchCard*>(box->GetCardByIndex(0));
@@ -87,16 +82,6 @@ struct BenchCanvas
     CVXPanelAtomizationBox* last = nullptr;
 };
 
-int CountWidgets(QWidget* root)
-{
-    int n = 1;
-    for (QObject* child : root->children()) {
-        if (child->isWidgetType())
-            n += CountWidgets(static_cast<QWidget*>(child));
-    }
-    return n;
-}
-
 void BM_LinkedStockChange(benchmark::State& state)
 {
     BenchCanvas bench(static_cast<int>(state.range(0)));
@@ -111,7 +96,7 @@ void BM_LinkedStockChange(benchmark::State& state)
     }
     if (bench.last->GetStockID() != id)
         state.SkipWithError("the last box did not follow");
-    state.counters["widgets"] = CountWidgets(bench.canvas.get());
+    state.counters["widgets"] = bench_canvas::CountWidgets(bench.canvas.get());
 }
 BENCHMARK(BM_LinkedStockChange)->Arg(200)->Unit(benchmark::kMicrosecond);
 
@@ -131,7 +116,7 @@ void BM_WidgetTreeVisit(benchmark::State& state)
     BenchCanvas bench(static_cast<int>(state.range(0)));
     for (auto _ : state)
         benchmark::DoNotOptimize(VisitAll(bench.canvas.get()));
-    state.counters["widgets"] = CountWidgets(bench.canvas.get());
+    state.counters["widgets"] = bench_canvas::CountWidgets(bench.canvas.get());
 }
 BENCHMARK(BM_WidgetTreeVisit)->Arg(200)->Unit(benchmark::kMicrosecond);
 

@@ -7,6 +7,8 @@
 // watch: non-current tabs are built on first show, so the open path should cost no more than the
 // bare tree.
 
+#include "bench/BenchCanvasSupport.h"
+
 #include "UIFrame/Canvas/PanelLayoutManager.h"
 #include "UIFrame/Canvas/PanelLayoutPage.h"
 #include "UIFrame/Canvas/PanelLayoutTemplate.h"
@@ -42,26 +44,11 @@ QString CardText()
     return QStringLiteral("Card");
 }
 
-int CountWidgets(QWidget* root)
-{
-    int n = 1;
-    for (QObject* child : root->children()) {
-        if (child->isWidgetType())
-            n += CountWidgets(static_cast<QWidget*>(child));
-    }
-    return n;
-}
-
 class CLabelCard : public CVXCardObjBase
 {
 public:
     static constexpr const char* kCardType = "OpenLayoutBenchCard";
-    static CVXCardBaseStyle StaticCardStyle()
-    {
-        CVXCardBaseStyle style;
-        style.idealSize = QSize(160, 90);
-        return style;
-    }
+    static CVXCardBaseStyle StaticCardStyle() { return bench_canvas::TrivialCardStyle(); }
     explicit CLabelCard(EnVXCardPos pos, QWidget* parent) : CVXCardObjBase(pos, parent)
     {
         auto* layout = new QVBoxLayout(this);
@@ -82,11 +69,9 @@ struct OpenLayoutBench
             CVXPanelScrollView source;
             source.resize(kMainSize);
             for (int i = 0; i < boxes; ++i) {
-                CVXPanelAtomizationBox* box = source.AddPanelBoxWithCardInitType(type, CVXVariantMapTree());
+                CVXPanelAtomizationBox* box = bench_canvas::AddThreeTabBox(source, type);
                 if (!box)
                     break;
-                box->Append(type, CVXVariantMapTree(), -1, CVXVariantMapTree());
-                box->Append(type, CVXVariantMapTree(), -1, CVXVariantMapTree());
                 rects.push_back(box->geometry());
             }
             extent = source.GetContentWidget()->size();
@@ -159,7 +144,7 @@ void BM_OpenLayout(benchmark::State& state)
             state.SkipWithError("the layout did not open");
             break;
         }
-        state.counters["widgets"] = CountWidgets(opened);
+        state.counters["widgets"] = bench_canvas::CountWidgets(opened);
         bench.Drop(bench.tabs->indexOf(opened));
         state.ResumeTiming();
     }
@@ -205,7 +190,7 @@ void BM_BareWidgetTree(benchmark::State& state)
             state.SkipWithError("the tree was not shown");
             break;
         }
-        state.counters["widgets"] = CountWidgets(tree);
+        state.counters["widgets"] = bench_canvas::CountWidgets(tree);
         bench.Drop(index);
         state.ResumeTiming();
     }

@@ -99,6 +99,20 @@ void OpenModal(QDialog* dialog)
     }
 }
 
+// Opens a question dialog whose answer `toResult` turns into the result handed to `done`, if any.
+template <typename Dialog>
+Dialog* AskModal(Dialog* dialog, std::function<void(typename Dialog::Result)> done,
+                 typename Dialog::Result (*toResult)(int answer))
+{
+    QObject::connect(dialog, &CVXPanelLayoutQuestionDialog::Answered, dialog,
+                     [done = std::move(done), toResult](int answer) {
+                         if (done)
+                             done(toResult(answer));
+                     });
+    OpenModal(dialog);
+    return dialog;
+}
+
 QLabel* MakeFieldLabel(const QString& text, QWidget* parent)
 {
     auto* label = new QLabel(text, parent);
@@ -346,13 +360,8 @@ CVXPanelLayoutReplaceDialog::CVXPanelLayoutReplaceDialog(QWidget* parent, const 
 CVXPanelLayoutReplaceDialog* CVXPanelLayoutReplaceDialog::AreYouWantToReplace(
     QWidget* parent, const QString& name, std::function<void(CVXPanelLayoutReplaceDialog::Result)> done)
 {
-    auto* dialog = new CVXPanelLayoutReplaceDialog(parent, name);
-    connect(dialog, &CVXPanelLayoutQuestionDialog::Answered, dialog, [done = std::move(done)](int answer) {
-        if (done)
-            done(answer == 1 ? Result::Replace : Result::Cancel);
-    });
-    OpenModal(dialog);
-    return dialog;
+    return AskModal(new CVXPanelLayoutReplaceDialog(parent, name), std::move(done),
+                    [](int answer) { return answer == 1 ? Result::Replace : Result::Cancel; });
 }
 
 CVXPanelLayoutDeleteDialog::CVXPanelLayoutDeleteDialog(QWidget* parent)
@@ -366,13 +375,8 @@ CVXPanelLayoutDeleteDialog*
 CVXPanelLayoutDeleteDialog::AreYouWantToDelete(QWidget* parent,
                                                std::function<void(CVXPanelLayoutDeleteDialog::Result)> done)
 {
-    auto* dialog = new CVXPanelLayoutDeleteDialog(parent);
-    connect(dialog, &CVXPanelLayoutQuestionDialog::Answered, dialog, [done = std::move(done)](int answer) {
-        if (done)
-            done(answer == 1 ? Result::Delete : Result::Cancel);
-    });
-    OpenModal(dialog);
-    return dialog;
+    return AskModal(new CVXPanelLayoutDeleteDialog(parent), std::move(done),
+                    [](int answer) { return answer == 1 ? Result::Delete : Result::Cancel; });
 }
 
 CVXPanelLayoutCloseDialog::CVXPanelLayoutCloseDialog(QWidget* parent)
@@ -385,12 +389,7 @@ CVXPanelLayoutCloseDialog::CVXPanelLayoutCloseDialog(QWidget* parent)
 CVXPanelLayoutCloseDialog* CVXPanelLayoutCloseDialog::AreYouWantToContinueClosing(
     QWidget* parent, std::function<void(CVXPanelLayoutCloseDialog::Result)> done)
 {
-    auto* dialog = new CVXPanelLayoutCloseDialog(parent);
-    connect(dialog, &CVXPanelLayoutQuestionDialog::Answered, dialog, [done = std::move(done)](int answer) {
-        if (!done)
-            return;
-        done(answer == 1 ? Result::Save : answer == 2 ? Result::Discard : Result::Cancel);
+    return AskModal(new CVXPanelLayoutCloseDialog(parent), std::move(done), [](int answer) {
+        return answer == 1 ? Result::Save : answer == 2 ? Result::Discard : Result::Cancel;
     });
-    OpenModal(dialog);
-    return dialog;
 }

@@ -23,49 +23,57 @@ void SetOrderFields(CVXVariantMapTree& property, EnVXOrderSide side, long long q
         property.Set<double>(Key(kPrice), price);
 }
 
+// A stock id of zero and an empty combo are "none" and left out like the order fields.
+void SetStock(CVXVariantMapTree& property, const char* key, unsigned long long stockId)
+{
+    if (stockId != 0)
+        property.Set<qulonglong>(Key(key), stockId);
+}
+
+void SetComboOption(CVXVariantMapTree& property, const CVXVariantMapTree& comboOptionInfo)
+{
+    if (!comboOptionInfo.IsEmpty())
+        property.Set<CVXVariantMapTree>(Key(kComboOptionInfo), comboOptionInfo);
+}
+
+Target TradeTarget(const char* cardType, const CVXVariantMapTree& account)
+{
+    Target target;
+    target.cardType = QString::fromLatin1(cardType);
+    target.account = account;
+    return target;
+}
+
 } // namespace
 
 Target ForPlaceOrder(const VXPlaceOrderRequest& request)
 {
-    Target target;
-    target.cardType = QString::fromLatin1(trade_card_type::TradePlaceOrderSecuritiesPanel);
-    target.account = request.accountInfo;
-    if (request.u64StockID != 0)
-        target.property.Set<qulonglong>(Key(kStockID), request.u64StockID);
+    Target target = TradeTarget(trade_card_type::TradePlaceOrderSecuritiesPanel, request.accountInfo);
+    SetStock(target.property, kStockID, request.u64StockID);
     SetOrderFields(target.property, request.enSide, request.llQuantity, request.dPrice);
     return target;
 }
 
 Target ForTradeOrders(const VXTradeOrdersRequest& request)
 {
-    Target target;
-    target.cardType = QString::fromLatin1(trade_card_type::SecuritiesTradeOrders);
-    target.account = request.accountInfo;
-    if (request.u64StockID != 0)
-        target.property.Set<qulonglong>(Key(kStockID), request.u64StockID);
+    Target target = TradeTarget(trade_card_type::SecuritiesTradeOrders, request.accountInfo);
+    SetStock(target.property, kStockID, request.u64StockID);
     return target;
 }
 
 Target ForComboOptionOrder(const VXComboOptionOrderRequest& request)
 {
-    Target target;
-    target.cardType = QString::fromLatin1(trade_card_type::TradePlaceOrderSecuritiesPanel);
-    target.account = request.accountInfo;
-    if (!request.comboOptionInfo.IsEmpty())
-        target.property.Set<CVXVariantMapTree>(Key(kComboOptionInfo), request.comboOptionInfo);
+    Target target = TradeTarget(trade_card_type::TradePlaceOrderSecuritiesPanel, request.accountInfo);
+    SetComboOption(target.property, request.comboOptionInfo);
     SetOrderFields(target.property, request.enSide, request.llQuantity, request.dPrice);
     return target;
 }
 
 Target ForOptionChain(const VXOptionChainRequest& request)
 {
-    Target target;
-    target.cardType = QString::fromLatin1(trade_card_type::TradePlaceOrderSecuritiesPanel);
-    target.account = request.accountInfo;
-    if (request.u64UnderlyingStockID != 0)
-        target.property.Set<qulonglong>(Key(kUnderlyingStockID), request.u64UnderlyingStockID);
-    if (!request.comboOptionInfo.IsEmpty())
-        target.property.Set<CVXVariantMapTree>(Key(kComboOptionInfo), request.comboOptionInfo);
+    Target target = TradeTarget(trade_card_type::TradePlaceOrderSecuritiesPanel, request.accountInfo);
+    SetStock(target.property, kUnderlyingStockID, request.u64UnderlyingStockID);
+    SetComboOption(target.property, request.comboOptionInfo);
     return target;
 }
 

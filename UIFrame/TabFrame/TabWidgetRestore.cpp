@@ -237,18 +237,25 @@ static void ApplyOrder(CVXTabWidgetRestore& tabs, const CVXVariantMapTree& data)
     }
 }
 
+// Hands each created page that has a record in `data` its record through `apply`.
+static void ApplyToPages(CVXTabWidgetRestore& tabs, const CVXVariantMapTree& data,
+                         void (CVXRestoreBase::*apply)(const CVXVariantMapTree&))
+{
+    for (int i = 0; i < tabs.count(); ++i) {
+        CVXRestoreBase* page = tabs.Page(i);
+        if (!page)
+            continue;
+        const QString key = tabs.TabDataKey(i);
+        if (!key.isEmpty() && data.HasChild(key))
+            (page->*apply)(data.Child(key));
+    }
+}
+
 void CVXTabWidgetRestore::SetObjRestoreData(const CVXVariantMapTree& data)
 {
     ApplyOrder(*this, data);
     d->restoredOrder = data.Get<QVector<qint64>>(OrderIdKey());
-    for (int i = 0; i < count(); ++i) {
-        CVXRestoreBase* page = Page(i);
-        if (!page)
-            continue;
-        const QString key = TabDataKey(i);
-        if (!key.isEmpty() && data.HasChild(key))
-            page->SetObjRestoreData(data.Child(key));
-    }
+    ApplyToPages(*this, data, &CVXRestoreBase::SetObjRestoreData);
     d->restoreData = data;
     d->hasRestoreData = true;
 }
@@ -256,14 +263,7 @@ void CVXTabWidgetRestore::SetObjRestoreData(const CVXVariantMapTree& data)
 void CVXTabWidgetRestore::SetObjFootPrintData(const CVXVariantMapTree& data)
 {
     ApplyOrder(*this, data);
-    for (int i = 0; i < count(); ++i) {
-        CVXRestoreBase* page = Page(i);
-        if (!page)
-            continue;
-        const QString key = TabDataKey(i);
-        if (!key.isEmpty() && data.HasChild(key))
-            page->SetObjFootPrintData(data.Child(key));
-    }
+    ApplyToPages(*this, data, &CVXRestoreBase::SetObjFootPrintData);
     d->footPrintData = data;
     const int current = data.Get<int>(CurrentIdxKey(), -1);
     if (current >= 0 && current < count())
