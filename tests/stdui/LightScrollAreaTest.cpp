@@ -66,6 +66,17 @@ bool WheelAccepted(QWidget* area, QPoint delta)
 
 class LightScrollAreaTest : public ::testing::Test
 {
+protected:
+    // Shows `area` at 300 x 200 holding a new widget of `content` size, which it returns.
+    static QWidget* ShowWithContent(VLightScrollArea& area, QSize content)
+    {
+        area.resize(300, 200);
+        auto* inner = new QWidget;
+        inner->resize(content);
+        area.setWidget(inner);
+        area.show();
+        return inner;
+    }
 };
 
 TEST_F(LightScrollAreaTest, BarsAndRangesMatchQScrollAreaForTheSameSizes)
@@ -120,11 +131,7 @@ TEST_F(LightScrollAreaTest, BarsAndRangesMatchQScrollAreaForTheSameSizes)
 TEST_F(LightScrollAreaTest, BarsComeAndGoWithTheContentSize)
 {
     VLightScrollArea area;
-    area.resize(300, 200);
-    auto* inner = new QWidget;
-    inner->resize(200, 100);
-    area.setWidget(inner);
-    area.show();
+    QWidget* inner = ShowWithContent(area, QSize(200, 100));
     EXPECT_EQ(area.horizontalScrollBar(), nullptr);
     EXPECT_EQ(area.verticalScrollBar(), nullptr);
     EXPECT_EQ(area.viewportSize(), QSize(300, 200));
@@ -164,11 +171,7 @@ TEST_F(LightScrollAreaTest, BarsComeAndGoWithTheContentSize)
 TEST_F(LightScrollAreaTest, WheelScrollsTheAreaAndPassesOnWhenThereIsNothingToScroll)
 {
     VLightScrollArea area;
-    area.resize(300, 200);
-    auto* inner = new QWidget;
-    inner->resize(250, 600);
-    area.setWidget(inner);
-    area.show();
+    QWidget* inner = ShowWithContent(area, QSize(250, 600));
 
     EXPECT_TRUE(WheelAccepted(&area, QPoint(0, -120)));
     const int afterOne = area.scrollPosition().y();
@@ -187,11 +190,7 @@ TEST_F(LightScrollAreaTest, WheelScrollsTheAreaAndPassesOnWhenThereIsNothingToSc
 TEST_F(LightScrollAreaTest, DraggingTheHandleWithTheMouseMovesTheContent)
 {
     VLightScrollArea area;
-    area.resize(300, 200);
-    auto* inner = new QWidget;
-    inner->resize(280, 1000);
-    area.setWidget(inner);
-    area.show();
+    QWidget* inner = ShowWithContent(area, QSize(280, 1000));
     ASSERT_TRUE(QTest::qWaitForWindowExposed(&area));
     QScrollBar* bar = area.verticalScrollBar();
     ASSERT_NE(bar, nullptr);

@@ -3,6 +3,7 @@
 // Helpers for the group setting popup tests: clicking a child of a shown popup through its
 // window, reading the usage report lines, saving screenshots when VX_SCREENSHOT_DIR is set.
 
+#include <gtest/gtest.h>
 #include <json/reader.h>
 #include <json/value.h>
 
@@ -47,6 +48,18 @@ inline ClickReportLine ParseClickReport(const std::string& line)
     if (parsed.hasOptionName)
         parsed.optionName = fields["option_name"].asString();
     return parsed;
+}
+
+// `lines` hold exactly one click report of the group popups, for `optionName`. Call it inside
+// ASSERT_NO_FATAL_FAILURE: its fatal checks end only the helper.
+inline void ExpectOnePopupClick(const std::vector<std::string>& lines, const char* optionName)
+{
+    ASSERT_EQ(lines.size(), 1u);
+    const ClickReportLine report = ParseClickReport(lines[0]);
+    EXPECT_EQ(report.kind, "click");
+    EXPECT_EQ(report.name, "ClickComponentGroupPopup");
+    ASSERT_TRUE(report.hasOptionName);
+    EXPECT_EQ(report.optionName, optionName);
 }
 
 // Looked at by people, never compared: saved only when VX_SCREENSHOT_DIR names a folder.

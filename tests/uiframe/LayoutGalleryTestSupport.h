@@ -167,10 +167,7 @@ protected:
         entry.insert(QStringLiteral("Image"), QStringLiteral("Grid.png"));
         entry.insert(QStringLiteral("NameLangID"), kBuiltInNameId);
         entry.insert(QStringLiteral("RemarksLangID"), kBuiltInRemarksId);
-        QFile catalogue(folder + QStringLiteral("DefaultPanelLayout.json"));
-        EXPECT_TRUE(catalogue.open(QIODevice::WriteOnly));
-        catalogue.write(QJsonDocument(QJsonArray{entry}).toJson());
-        catalogue.close();
+        WriteCatalogue(folder, entry);
 
         // The texts of the built-in layout, as the application's catalogue holds them.
         QJsonObject texts;
@@ -183,6 +180,21 @@ protected:
         textsFile.close();
         EXPECT_TRUE(core::langx::LoadCatalogue(QStringLiteral("en"), textsPath));
 
+        return LoadBuiltIns();
+    }
+
+    // The catalogue of built-in layouts in `folder`, holding `entry` alone.
+    static void WriteCatalogue(const QString& folder, const QJsonObject& entry)
+    {
+        QFile catalogue(folder + QStringLiteral("DefaultPanelLayout.json"));
+        EXPECT_TRUE(catalogue.open(QIODevice::WriteOnly));
+        catalogue.write(QJsonDocument(QJsonArray{entry}).toJson());
+        catalogue.close();
+    }
+
+    // Loads the built-in layouts and returns the key of the first; 0 (and a failure) when none loads.
+    unsigned long long LoadBuiltIns()
+    {
         bool loaded = false;
         Manager().AsyncLoadAllDefaultPanelLayoutEntriesAndLayouts([&loaded]() { loaded = true; });
         EXPECT_TRUE(QTest::qWaitFor([&loaded]() { return loaded; }, 10000));

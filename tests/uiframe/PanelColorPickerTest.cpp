@@ -20,7 +20,6 @@
 #include <memory>
 
 using group_popup_test::ClickThroughWindow;
-using group_popup_test::ParseClickReport;
 
 namespace {
 
@@ -190,11 +189,7 @@ TEST_F(PanelColorPickerTest, ClickingAColourEmitsThenReportsAndCloses)
     EXPECT_FALSE(picker->isVisible());
 
     EXPECT_EQ(linesWhenEmitted, 0u) << "the report comes after the signal";
-    const auto lines = m_reports.Lines();
-    ASSERT_EQ(lines.size(), 1u);
-    const auto report = ParseClickReport(lines[0]);
-    EXPECT_EQ(report.name, "ClickComponentGroupPopup");
-    EXPECT_EQ(report.optionName, "2");
+    ASSERT_NO_FATAL_FAILURE(group_popup_test::ExpectOnePopupClick(m_reports.Lines(), "2"));
 
     // A click between the buttons (none: they touch) or on the margin chooses nothing.
     Show();

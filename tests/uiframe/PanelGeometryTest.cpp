@@ -232,60 +232,56 @@ TEST(PanelPlacementTest, SameAsThePlainRasterSearchForDegenerateRectangles)
 
 const QRect kTarget(100, 100, 100, 100);
 
+// `box` after a snap against `target` in a move or resize that started at `atPress`.
+static QRect SnappedMove(const QRect& target, QRect box, const QRect& atPress)
+{
+    SnapEdges(target, box, atPress, true);
+    return box;
+}
+
 TEST(PanelSnapTest, MoveSnapsAtFourteenAndNotAtFifteen)
 {
     // B moved to start at 217 (a 17 px gap): widened left 215, 14 from A's widened right 201 ->
     // widened left becomes 202, B starts at 204 leaving 200..203 free (4 px); the width is kept.
-    QRect moved(217, 100, 80, 100);
-    SnapEdges(kTarget, moved, QRect(400, 100, 80, 100), true);
-    EXPECT_EQ(moved, QRect(204, 100, 80, 100));
+    EXPECT_EQ(SnappedMove(kTarget, QRect(217, 100, 80, 100), QRect(400, 100, 80, 100)),
+              QRect(204, 100, 80, 100));
 
     // At 218 the widened edges are 15 apart: nothing happens.
-    QRect far(218, 100, 80, 100);
-    SnapEdges(kTarget, far, QRect(400, 100, 80, 100), true);
-    EXPECT_EQ(far, QRect(218, 100, 80, 100));
+    EXPECT_EQ(SnappedMove(kTarget, QRect(218, 100, 80, 100), QRect(400, 100, 80, 100)),
+              QRect(218, 100, 80, 100));
 
     // The same from the left: B ending at 82 is 14 from A's widened left (84 vs 98) and ends at 95.
-    QRect leftOf(3, 100, 80, 100);
-    SnapEdges(kTarget, leftOf, QRect(0, 300, 80, 100), true);
-    EXPECT_EQ(leftOf, QRect(16, 100, 80, 100));
+    EXPECT_EQ(SnappedMove(kTarget, QRect(3, 100, 80, 100), QRect(0, 300, 80, 100)), QRect(16, 100, 80, 100));
 
     // Below A: B's widened top 215 is 14 from 201 -> B starts at 204; its left (105, widened 103)
     // is then aligned with A's left (98 widened): B starts at x 100.
-    QRect below(105, 217, 100, 60);
-    SnapEdges(kTarget, below, QRect(105, 400, 100, 60), true);
-    EXPECT_EQ(below, QRect(100, 204, 100, 60));
+    EXPECT_EQ(SnappedMove(kTarget, QRect(105, 217, 100, 60), QRect(105, 400, 100, 60)),
+              QRect(100, 204, 100, 60));
 
     // Above A: B's widened bottom 86 is 12 from 98 -> B ends at 95.
-    QRect above(100, 25, 100, 60);
-    SnapEdges(kTarget, above, QRect(100, 0, 100, 60), true);
-    EXPECT_EQ(above, QRect(100, 36, 100, 60));
+    EXPECT_EQ(SnappedMove(kTarget, QRect(100, 25, 100, 60), QRect(100, 0, 100, 60)), QRect(100, 36, 100, 60));
 }
 
 TEST(PanelSnapTest, AlignmentAfterASideSnapWithBottomOverTop)
 {
     // Same height, 10 px lower: after the side snap the top (108 vs 98 widened) aligns.
-    QRect lower(217, 110, 80, 100);
-    SnapEdges(kTarget, lower, QRect(400, 110, 80, 100), true);
-    EXPECT_EQ(lower, QRect(204, 100, 80, 100));
+    EXPECT_EQ(SnappedMove(kTarget, QRect(217, 110, 80, 100), QRect(400, 110, 80, 100)),
+              QRect(204, 100, 80, 100));
 
     // 90 high at 108: widened 106..199. The top aligns first (98..191), then the bottom is 10
     // from 201 and aligns too, moving the box to 108..201 widened: bottom alignment wins, the
     // box ends at A's bottom (199) instead of starting at A's top.
-    QRect shorter(217, 108, 80, 90);
-    SnapEdges(kTarget, shorter, QRect(400, 108, 80, 90), true);
-    EXPECT_EQ(shorter, QRect(204, 110, 80, 90));
+    EXPECT_EQ(SnappedMove(kTarget, QRect(217, 108, 80, 90), QRect(400, 108, 80, 90)),
+              QRect(204, 110, 80, 90));
 
     // Without a side snap there is no alignment: 40 px to the right, 5 px lower stays put.
-    QRect apart(240, 105, 80, 100);
-    SnapEdges(kTarget, apart, QRect(400, 105, 80, 100), true);
-    EXPECT_EQ(apart, QRect(240, 105, 80, 100));
+    EXPECT_EQ(SnappedMove(kTarget, QRect(240, 105, 80, 100), QRect(400, 105, 80, 100)),
+              QRect(240, 105, 80, 100));
 
     // Vertical overlap is required for a side snap: entirely below A (widened top 228 is not
     // above A's widened bottom 201) the left edge 14 from A's right does not snap.
-    QRect diagonal(217, 230, 80, 100);
-    SnapEdges(kTarget, diagonal, QRect(400, 230, 80, 100), true);
-    EXPECT_EQ(diagonal, QRect(217, 230, 80, 100));
+    EXPECT_EQ(SnappedMove(kTarget, QRect(217, 230, 80, 100), QRect(400, 230, 80, 100)),
+              QRect(217, 230, 80, 100));
 }
 
 TEST(PanelSnapTest, ResizeMovesOnlyTheSnappedEdge)
@@ -301,9 +297,8 @@ TEST(PanelSnapTest, ResizeMovesOnlyTheSnappedEdge)
 
     // Bottom edge dragged down to 290 under a box below: B's widened bottom 292 is 8 from the
     // target's widened top 300 -> bottom 297, top unchanged.
-    QRect grown(100, 100, 100, 191);
-    SnapEdges(QRect(100, 302, 100, 100), grown, QRect(100, 100, 100, 150), true);
-    EXPECT_EQ(grown, QRect(QPoint(100, 100), QPoint(199, 297)));
+    EXPECT_EQ(SnappedMove(QRect(100, 302, 100, 100), QRect(100, 100, 100, 191), QRect(100, 100, 100, 150)),
+              QRect(QPoint(100, 100), QPoint(199, 297)));
 }
 
 TEST(PanelSnapTest, InsideTargetShrinksByTheGapAndInvalidInputIsIgnored)
@@ -320,9 +315,8 @@ TEST(PanelSnapTest, InsideTargetShrinksByTheGapAndInvalidInputIsIgnored)
     SnapEdges(QRect(), untouched, QRect(400, 100, 80, 100), true);
     SnapEdges(kTarget, untouched, QRect(), true);
     EXPECT_EQ(untouched, QRect(217, 100, 80, 100));
-    QRect invalid(QPoint(217, 100), QPoint(200, 199));
-    SnapEdges(kTarget, invalid, QRect(400, 100, 80, 100), true);
-    EXPECT_EQ(invalid, QRect(QPoint(217, 100), QPoint(200, 199)));
+    EXPECT_EQ(SnappedMove(kTarget, QRect(QPoint(217, 100), QPoint(200, 199)), QRect(400, 100, 80, 100)),
+              QRect(QPoint(217, 100), QPoint(200, 199)));
 }
 
 TEST(PanelSnapTest, WallsKeepABoxFourPixelsInsideTheVisibleArea)
@@ -335,17 +329,14 @@ TEST(PanelSnapTest, WallsKeepABoxFourPixelsInsideTheVisibleArea)
     EXPECT_EQ(TopWall(scrolled), QRect(QPoint(-49880, -49700), QPoint(50919, 299)));
 
     // At x 17 the widened left (15) is 14 from the wall's widened right (1): the box settles at 4.
-    QRect nearLeft(17, 300, 100, 100);
-    SnapEdges(LeftWall(visible), nearLeft, QRect(60, 300, 100, 100), true);
-    EXPECT_EQ(nearLeft, QRect(4, 300, 100, 100));
-    QRect clearOfLeft(18, 300, 100, 100);
-    SnapEdges(LeftWall(visible), clearOfLeft, QRect(60, 300, 100, 100), true);
-    EXPECT_EQ(clearOfLeft, QRect(18, 300, 100, 100));
+    EXPECT_EQ(SnappedMove(LeftWall(visible), QRect(17, 300, 100, 100), QRect(60, 300, 100, 100)),
+              QRect(4, 300, 100, 100));
+    EXPECT_EQ(SnappedMove(LeftWall(visible), QRect(18, 300, 100, 100), QRect(60, 300, 100, 100)),
+              QRect(18, 300, 100, 100));
 
     // A box dragged past the top edge (y -6) comes back to 4.
-    QRect pastTop(300, -6, 100, 100);
-    SnapEdges(TopWall(visible), pastTop, QRect(300, 60, 100, 100), true);
-    EXPECT_EQ(pastTop, QRect(300, 4, 100, 100));
+    EXPECT_EQ(SnappedMove(TopWall(visible), QRect(300, -6, 100, 100), QRect(300, 60, 100, 100)),
+              QRect(300, 4, 100, 100));
 }
 
 // ---------------------------------------------------------------------------------------------

@@ -25,7 +25,6 @@
 #include <memory>
 
 using group_popup_test::ClickThroughWindow;
-using group_popup_test::ParseClickReport;
 
 namespace {
 
@@ -246,13 +245,7 @@ TEST_F(PanelGroupSettingTest, ClickingAGroupChoosesItReportsAndCloses)
     EXPECT_FALSE(popup->isVisible());
 
     EXPECT_EQ(linesWhenEmitted, 0u) << "the report follows the signal";
-    const auto lines = m_reports.Lines();
-    ASSERT_EQ(lines.size(), 1u);
-    const auto report = ParseClickReport(lines[0]);
-    EXPECT_EQ(report.kind, "click");
-    EXPECT_EQ(report.name, "ClickComponentGroupPopup");
-    ASSERT_TRUE(report.hasOptionName);
-    EXPECT_EQ(report.optionName, "1");
+    ASSERT_NO_FATAL_FAILURE(group_popup_test::ExpectOnePopupClick(m_reports.Lines(), "1"));
 
     // Clicking the group the box is already in still answers: the box decides it changes nothing.
     Show(Ids(9), QStringLiteral("8"));

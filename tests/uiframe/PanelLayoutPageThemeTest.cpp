@@ -59,20 +59,8 @@ protected:
         entry.insert(QStringLiteral("File"), QStringLiteral("Pair.vxl"));
         entry.insert(QStringLiteral("Image"), QStringLiteral("Pair_white.png"));
         entry.insert(QStringLiteral("NameLangID"), gallery_test::kBuiltInNameId);
-        QFile catalogue(folder + QStringLiteral("DefaultPanelLayout.json"));
-        EXPECT_TRUE(catalogue.open(QIODevice::WriteOnly));
-        catalogue.write(QJsonDocument(QJsonArray{entry}).toJson());
-        catalogue.close();
-
-        bool loaded = false;
-        Manager().AsyncLoadAllDefaultPanelLayoutEntriesAndLayouts([&loaded]() { loaded = true; });
-        EXPECT_TRUE(QTest::qWaitFor([&loaded]() { return loaded; }, 10000));
-        for (const CVXPanelLayoutTemplate& held : Manager().GetPanelLayoutDataListRef()) {
-            if (!held.isCustomized())
-                return held.layoutKey();
-        }
-        ADD_FAILURE() << "the built-in layout did not load";
-        return 0;
+        WriteCatalogue(folder, entry);
+        return LoadBuiltIns();
     }
 
     static QColor PageColor(vx_ui_res::Theme theme)

@@ -23,7 +23,6 @@
 #include <memory>
 
 using group_popup_test::ClickThroughWindow;
-using group_popup_test::ParseClickReport;
 
 namespace {
 
@@ -164,10 +163,7 @@ TEST_F(PanelTabGroupSettingTest, ClickingAColourEmitsItsTextThenReports)
     EXPECT_EQ(changed.at(0).at(0).toString(), QStringLiteral("ck_blue620"));
     EXPECT_EQ(linesWhenEmitted, 0u);
     EXPECT_EQ(closed.count(), 1);
-    ASSERT_EQ(m_reports.Lines().size(), 1u);
-    const auto report = ParseClickReport(m_reports.Lines()[0]);
-    EXPECT_EQ(report.name, "ClickComponentGroupPopup");
-    EXPECT_EQ(report.optionName, "2");
+    ASSERT_NO_FATAL_FAILURE(group_popup_test::ExpectOnePopupClick(m_reports.Lines(), "2"));
 
     Show();
     ClickThroughWindow(popup.get(), Button(0));
