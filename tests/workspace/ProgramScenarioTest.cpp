@@ -7,13 +7,18 @@
 
 #include "apps/Workspace/QuoteCards/WatchlistCard.h"
 
+#include "UIFrame/CardTypes.h"
+#include "UIFrame/PanelBox/PanelBoxManager.h"
 #include "UIFrame/VariantMapTreeAccess.h"
 
 #include "Platform/StdUI/Toast.h"
 
 #include <QAction>
+#include <QCursor>
 #include <QDir>
 #include <QFileInfo>
+#include <QMenu>
+#include <QMenuBar>
 #include <QSignalSpy>
 
 #include <algorithm>
@@ -302,6 +307,79 @@ TEST_F(ProgramScenarioTest, ABoxMoveIsUndoneAndRedoneOnceByTheMenuKeys)
     EXPECT_FALSE(undo->isEnabled());
     PressKeys(Window(), Qt::Key_Z, Qt::ControlModifier);
     EXPECT_EQ(box->geometry(), second);
+}
+
+TEST_F(ProgramScenarioTest, BoxesAreCopiedPastedDeletedAndAddedThroughTheMenuKeys)
+{
+    StartApp();
+    const vx_ws::VXBuiltInLayout& layout = vx_ws::BuiltInLayouts().first();
+    CVXPanelScrollView* canvas = OpenBuiltIn(core::langx::tr(layout.nameId, layout.name));
+    ASSERT_NE(canvas, nullptr);
+    const std::vector<BoxSummary> before = Summaries(canvas);
+    ASSERT_FALSE(before.empty());
+
+    // A click on a box's title strip selects it; Ctrl+C copies it, Ctrl+V pastes a copy.
+    CVXPanelAtomizationBox* source = BoxesOf(canvas).front().box;
+    const QString sourceType = BoxesOf(canvas).front().card->GetCardObjType();
+    const QPoint title(source->width() / 2, 12);
+    vxtest::Press(source, title);
+    vxtest::Release(source, title);
+    ASSERT_TRUE(CVXPanelBoxManager::instance()->IsPanelBoxSelected(source));
+    Window()->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(Window()));
+    canvas->setFocus();
+    PressKeys(Window(), Qt::Key_C, Qt::ControlModifier);
+
+    // With the mouse off the canvas there is no place to paste at: a hint, no box.
+    QCursor::setPos(canvas->mapToGlobal(QPoint(-50, -50)));
+    PressKeys(Window(), Qt::Key_V, Qt::ControlModifier);
+    EXPECT_EQ(BoxesOf(canvas).size(), before.size());
+    auto* toast =
+        Window()->findChild<vx_std_ui::VToast*>(QString::fromLatin1(vx_std_ui::VToast::kObjectName));
+    ASSERT_NE(toast, nullptr) << "no word on how to paste";
+    EXPECT_TRUE(toast->text().contains(QStringLiteral("Ctrl+V"))) << toast->text().toStdString();
+
+    // Pointing at the canvas, the copy lands there.
+    const QPoint target(300, 320);
+    QCursor::setPos(canvas->GetContentWidget()->mapToGlobal(target));
+    PressKeys(Window(), Qt::Key_V, Qt::ControlModifier);
+    std::vector<BoxCard> boxes = BoxesOf(canvas);
+    ASSERT_EQ(boxes.size(), before.size() + 1);
+    CVXPanelAtomizationBox* pasted = boxes.back().box;
+    EXPECT_NE(pasted, source);
+    EXPECT_EQ(boxes.back().card->GetCardObjType(), sourceType);
+    EXPECT_EQ(pasted->size(), source->size());
+    EXPECT_EQ(pasted->pos(), target);
+
+    // Delete removes the selected box (the pasted one is selected now); Ctrl+Z brings it back.
+    CVXPanelBoxManager::instance()->SetSelectedPanelBox(pasted);
+    PressKeys(Window(), Qt::Key_Delete, Qt::NoModifier);
+    EXPECT_TRUE(Summaries(canvas) == before);
+    PressKeys(Window(), Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(BoxesOf(canvas).size(), before.size() + 1);
+    PressKeys(Window(), Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_TRUE(Summaries(canvas) == before);
+
+    // View > Add component puts a box of that card type on the canvas.
+    QAction* addTicks = nullptr;
+    for (QAction* action : Window()->menuBar()->actions()) {
+        if (!action->menu())
+            continue;
+        for (QAction* entry : action->menu()->actions()) {
+            if (!entry->menu())
+                continue;
+            for (QAction* item : entry->menu()->actions()) {
+                if (item->data().toString() == QLatin1String(quote_card_type::Ticks))
+                    addTicks = item;
+            }
+        }
+    }
+    ASSERT_NE(addTicks, nullptr);
+    ASSERT_TRUE(addTicks->isEnabled() && addTicks->parentWidget()->isEnabled());
+    addTicks->trigger();
+    boxes = BoxesOf(canvas);
+    ASSERT_EQ(boxes.size(), before.size() + 1);
+    EXPECT_EQ(boxes.back().card->GetCardObjType(), QLatin1String(quote_card_type::Ticks));
 }
 
 TEST_F(ProgramScenarioTest, ClosingAModifiedCanvasAsksToSaveDiscardOrKeepIt)

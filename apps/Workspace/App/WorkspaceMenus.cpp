@@ -21,6 +21,7 @@
 #include "Platform/StdUI/Dialog.h"
 #include "Platform/StdUI/Menu.h"
 
+#include <QCursor>
 #include <QLabel>
 #include <QMenuBar>
 #include <QVBoxLayout>
@@ -150,8 +151,17 @@ void CVXWorkspaceMainWindow::BuildEditMenu()
                   });
     AddMenuAction(edit, ActionId::PasteBox, core::langx::tr(970544, "粘贴面板"),
                   {QKeySequence(Qt::CTRL | Qt::Key_V)}, [this]() {
-                      if (CVXPanelScrollView* canvas = CurrentCanvas())
-                          canvas->Paste();
+                      CVXPanelScrollView* canvas = CurrentCanvas();
+                      if (!canvas || CVXPanelBoxManager::instance()->GetCopyData().isEmpty())
+                          return;
+                      // Boxes are pasted where the mouse points; from the menu bar it points nowhere
+                      // on the canvas, so say how instead of doing nothing.
+                      const QPoint cursor = canvas->GetContentWidget()->mapFromGlobal(QCursor::pos());
+                      if (!canvas->GetVisibleRectInView().contains(cursor)) {
+                          ShowToast(core::langx::tr(970546, "请将鼠标指向画布上要粘贴的位置，再按 Ctrl+V"));
+                          return;
+                      }
+                      canvas->Paste();
                   });
     AddMenuAction(edit, ActionId::DeleteBox, core::langx::tr(970545, "删除面板"),
                   {QKeySequence(Qt::Key_Delete)}, [this]() {
